@@ -1,0 +1,154 @@
+#include "ctl/file_commands.h"
+
+#include <cstdio>
+
+#include "common/atomic_file.h"
+#include "ctl/cli_interaction.h"
+#include "ctl/configuration_input.h"
+#include "fields/settings_diff.h"
+#include "fields/settings_json.h"
+#include "flow/file_flows.h"
+#include "settings/image_decoder.h"
+#include "settings/image_inspection.h"
+#include "settings/settings_file.h"
+#include "settings/used_size.h"
+
+namespace rm8::ctl {
+namespace {
+
+int fail(std::ostream& err, const std::string& line, int status = kBadInput)
+{
+    err << "rm8ctl: " << line << '\n';
+    return status;
+}
+
+bool expectOperands(const Arguments& arguments, std::size_t count, std::ostream& err)
+{
+    if (arguments.operands.size() == count)
+        return true;
+    err << "rm8ctl: " << arguments.command << ": očekáváno " << count << " jmen souborů, zadáno "
+        << arguments.operands.size() << " (viz rm8ctl --help)\n";
+    return false;
+}
+
+std::string hex(unsigned value, int digits)
+{
+    char buffer[16];
+    std::snprintf(buffer, sizeof buffer, "0x%0*X", digits, value);
+    return buffer;
+}
+
+} // namespace
+
+int decodeCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)
+{
+    if (!expectOperands(arguments, 1, err))
+        return kBadInput;
+    auto configuration = loadConfiguration(arguments.operands[0]);
+    if (!configuration)
+        return fail(err, configuration.error());
+    const std::string json = settingsToJsonText(configuration->settings);
+    if (const auto target = arguments.value("--out")) {
+        auto written = writeFileAtomically(*target, json);
+        if (!written)
+            return fail(err, "Soubor '" + *target + "' nelze zapsat: " + written.error());
+        return kSuccess;
+    }
+    out << json;
+    return kSuccess;
+}
+
+int encodeCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)
+{
+    (void)out;
+    if (!expectOperands(arguments, 1, err))
+        return kBadInput;
+    const auto target = arguments.value("--out");
+    if (!target)
+        return fail(err, "encode: chybí volba --out SOUBOR.eep");
+    auto settings = loadSettingsJson(arguments.operands[0]);
+    if (!settings)
+        return fail(err, settings.error());
+
+    EepromImage image;
+    if (const auto base = arguments.value("--base")) {
+        auto read = readImageFile(*base, image);
+        if (!read)
+            return fail(err, "Základní obraz '" + *base + "': " + read.error().describe());
+    }
+    CliInteraction ui(arguments.has("--yes"));
+    switch (saveSettingsFile(*target, image, *settings, ui)) {
+    case FlowOutcome::Done:
+        return kSuccess;
+    case FlowOutcome::Declined:
+        return fail(err, "Soubor '" + *target + "' již existuje a nebyl přepsán (přepsání povolí volba --yes).",
+                    kDifferent);
+    case FlowOutcome::Rejected:
+    case FlowOutcome::Failed:
+        break;
+    }
+    const auto& shown = ui.messages();
+    return fail(err, shown.empty() ? "Soubor '" + *target + "' nebyl zapsán." : shown.back().line());
+}
+
+int infoCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)
+{
+    if (!expectOperands(arguments, 1, err))
+        return kBadInput;
+    const std::string path = arguments.operands[0];
+    EepromImage image;
+    auto read = readImageFile(path, image);
+    if (!read)
+        return fail(err, "Soubor '" + path + "': " + read.error().describe());
+
+    const ImageInspection inspection = inspectImage(image);
+    out << "Soubor:                 " << path << " (" << *read << " bajtů)\n";
+    out << "Značka formátu (46):    " << inspection.layoutMark << " (" << hex(inspection.layoutMark, 4) << ")"
+        << (inspection.layoutMark == 9602 ? "" : ", očekáváno 9602 (0x2582)") << '\n';
+    out << "Kontrolní bajt (48):    uložený " << unsigned(inspection.storedCheckByte) << ", vypočtený "
+        << unsigned(inspection.computedCheckByte) << '\n';
+    out << "Hlavička:               " << (inspection.headerValid ? "platná" : "neplatná") << '\n';
+    out << "Ukazatele:\n";
+    for (const auto& pointer : inspection.pointers) {
+        char line[96];
+        std::snprintf(line, sizeof line, "  %3u  %-16s %5u (%s)\n", unsigned(pointer.address),
+                      std::string(pointer.group).c_str(), unsigned(pointer.target), hex(pointer.target, 4).c_str());
+        out << line;
+    }
+    out << "Konec zakódovaných dat: ";
+    if (inspection.encodedEnd)
+        out << *inspection.encodedEnd << '\n';
+    else
+        out << "nenalezen (za obecnými texty není koncová značka)\n";
+
+    StationSettings settings;
+    auto decoded = decodeImage(image, settings);
+    out << "Velikost nastavení:     ";
+    if (decoded)
+        out << usedSize(settings) << " byte\n";
+    else
+        out << "nelze určit (" << decoded.error().describe() << ")\n";
+    return kSuccess;
+}
+
+int diffCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)
+{
+    if (!expectOperands(arguments, 2, err))
+        return kBadInput;
+    auto left = loadConfiguration(arguments.operands[0]);
+    if (!left)
+        return fail(err, left.error());
+    auto right = loadConfiguration(arguments.operands[1]);
+    if (!right)
+        return fail(err, right.error());
+    const auto differences = diffSettings(left->settings, right->settings);
+    for (const auto& difference : differences) {
+        out << difference.field;
+        if (difference.row > 0)
+            out << '[' << difference.row << ']';
+        out << ": " << difference.left << " -> " << difference.right << '\n';
+    }
+    return differences.empty() ? kSuccess : kDifferent;
+}
+
+} // namespace rm8::ctl

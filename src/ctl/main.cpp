@@ -1,0 +1,65 @@
+// rm8ctl: the station configuration tool on the command line.
+
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "ctl/arguments.h"
+#include "ctl/file_commands.h"
+
+namespace {
+
+constexpr const char* kUsage = R"(Použití: rm8ctl PŘÍKAZ [VOLBY] SOUBORY
+
+Příkazy pro soubory nastavení:
+  decode SOUBOR.eep [--out SOUBOR.json]
+        vypíše nastavení ze souboru jako JSON (nebo je zapíše do --out)
+  encode NASTAVENI.json --out SOUBOR.eep [--base OBRAZ.eep] [--yes]
+        zakóduje nastavení do obrazu EEPROM (bez --base samé nuly) a uloží
+        soubor nastavení; existující soubor přepíše jen s --yes
+  info SOUBOR.eep
+        značka formátu, kontrolní bajt, ukazatele, konec dat a velikost nastavení
+  diff A B
+        vypíše rozdílná pole dvou konfigurací (.eep nebo .json)
+
+Návratový kód: 0 úspěch, 1 rozdíl nebo odmítnutí, 2 chybné použití nebo vstup.
+)";
+
+using Command = int (*)(const rm8::ctl::Arguments&, std::ostream&, std::ostream&);
+
+struct CommandEntry {
+    const char* name;
+    Command run;
+};
+
+constexpr CommandEntry kCommands[] = {
+    {"decode", rm8::ctl::decodeCommand},
+    {"encode", rm8::ctl::encodeCommand},
+    {"info", rm8::ctl::infoCommand},
+    {"diff", rm8::ctl::diffCommand},
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    const rm8::ctl::OptionSet options{{"--out", "--base"}, {"--yes", "--help"}};
+    auto arguments = rm8::ctl::parseArguments(words, options);
+    if (!arguments) {
+        std::cerr << "rm8ctl: " << arguments.error() << " (viz rm8ctl --help)\n";
+        return rm8::ctl::kBadInput;
+    }
+    if (arguments->has("--help") || arguments->command == "help") {
+        std::cout << kUsage;
+        return rm8::ctl::kSuccess;
+    }
+    for (const auto& command : kCommands)
+        if (arguments->command == command.name)
+            return command.run(*arguments, std::cout, std::cerr);
+    if (arguments->command.empty())
+        std::cerr << kUsage;
+    else
+        std::cerr << "rm8ctl: neznámý příkaz '" << arguments->command << "' (viz rm8ctl --help)\n";
+    return rm8::ctl::kBadInput;
+}

@@ -1,0 +1,70 @@
+#include "flow/file_flows.h"
+
+#include "flow/messages.h"
+#include "settings/image_decoder.h"
+#include "settings/image_encoder.h"
+#include "settings/image_header.h"
+#include "settings/settings_file.h"
+#include "settings/used_size.h"
+
+namespace rm8 {
+
+FlowOutcome loadSettingsFile(const std::filesystem::path& path, EepromImage& image, StationSettings& settings,
+                             Interaction& ui)
+{
+    const std::string name = path.string();
+    ui.showProgress(messages::loadingFile(name), false);
+    auto read = readImageFile(path, image);
+    if (!read) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Stop, messages::loadFailed(name), read.error().describe());
+        return FlowOutcome::Failed;
+    }
+    if (!imageHeaderValid(image)) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Information, messages::notEepromFormat(name));
+        return FlowOutcome::Rejected;
+    }
+    ui.showProgress(messages::kConvertingData, false);
+    // Decoded into a copy: an image that stops the decoder half-way must not
+    // leave the technician with half of one configuration and half of another.
+    StationSettings decoded = settings;
+    auto decoding = decodeImage(image, decoded);
+    ui.hideProgress();
+    if (!decoding) {
+        ui.message(MessageIcon::Stop, messages::loadFailed(name), decoding.error().describe());
+        return FlowOutcome::Failed;
+    }
+    settings = std::move(decoded);
+    ui.message(MessageIcon::Information, messages::loadSucceeded(name));
+    return FlowOutcome::Done;
+}
+
+FlowOutcome saveSettingsFile(const std::filesystem::path& path, EepromImage& image,
+                             const StationSettings& settings, Interaction& ui)
+{
+    const std::string name = path.string();
+    ui.showProgress(messages::savingFile(name), false);
+    auto encoded = encodeImage(settings, image);
+    if (!encoded || !imageHeaderValid(image)) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Stop, messages::kConversionFailed,
+                   encoded ? std::string() : encoded.error().describe());
+        return FlowOutcome::Failed;
+    }
+    std::error_code error;
+    if (std::filesystem::exists(path, error)
+        && ui.ask(MessageIcon::Question, messages::kOverwriteQuestion, Buttons::YesNo) != Answer::Yes) {
+        ui.hideProgress();
+        return FlowOutcome::Declined;
+    }
+    auto written = writeImageFile(path, image, usedSize(settings));
+    ui.hideProgress();
+    if (!written) {
+        ui.message(MessageIcon::Stop, messages::saveFailed(name), written.error().describe());
+        return FlowOutcome::Failed;
+    }
+    return FlowOutcome::Done;
+}
+
+} // namespace rm8

@@ -1,0 +1,30 @@
+#pragma once
+// Everything a long flow needs from the person in front of the tool: a
+// progress text, whether Storno was pressed, message boxes and yes/no
+// questions. The GUI shows windows, rm8ctl prints and answers from its
+// options, and the tests record and answer from a script.
+
+#include <string_view>
+
+namespace rm8 {
+
+enum class MessageIcon { Stop, Exclamation, Question, Information };
+enum class Buttons { Ok, YesNo, YesNoCancel };
+enum class Answer { Ok, Yes, No, Cancel };
+
+class Interaction {
+public:
+    virtual ~Interaction() = default;
+
+    virtual void showProgress(std::string_view text, bool showCancel) = 0;
+    virtual void hideProgress() = 0;
+    // True once Storno was pressed since the progress was last shown. Also
+    // the user interface's turn to handle its events.
+    virtual bool cancelRequested() = 0;
+    // A message box. The detail, when given, says more than the fixed text:
+    // which file, which field, what the system reported.
+    virtual void message(MessageIcon icon, std::string_view text, std::string_view detail = {}) = 0;
+    virtual Answer ask(MessageIcon icon, std::string_view question, Buttons buttons) = 0;
+};
+
+} // namespace rm8
