@@ -9,9 +9,27 @@
 
 namespace rm8 {
 
+namespace {
+
+// The load flow hides the progress window once more when it ends, whichever
+// way it ends.
+class HideProgressAtEnd {
+public:
+    explicit HideProgressAtEnd(Interaction& ui) : ui_(ui) {}
+    ~HideProgressAtEnd() { ui_.hideProgress(); }
+    HideProgressAtEnd(const HideProgressAtEnd&) = delete;
+    HideProgressAtEnd& operator=(const HideProgressAtEnd&) = delete;
+
+private:
+    Interaction& ui_;
+};
+
+} // namespace
+
 FlowOutcome loadSettingsFile(const std::filesystem::path& path, EepromImage& image, StationSettings& settings,
                              Interaction& ui)
 {
+    const HideProgressAtEnd hideAtEnd(ui);
     const std::string name = path.string();
     ui.showProgress(messages::loadingFile(name), false);
     auto read = readImageFile(path, image);
