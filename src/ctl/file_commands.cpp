@@ -87,8 +87,11 @@ int encodeCommand(const Arguments& arguments, std::ostream& out, std::ostream& e
     case FlowOutcome::Failed:
         break;
     }
+    // The conversion message names no file; the command line says which
+    // settings could not be converted and that nothing was written.
     const auto& shown = ui.messages();
-    return fail(err, shown.empty() ? "Soubor '" + *target + "' nebyl zapsán." : shown.back().line());
+    const std::string reason = shown.empty() ? std::string("nastala chyba") : shown.back().line();
+    return fail(err, "Soubor '" + arguments.operands[0] + "' nebyl uložen do '" + *target + "': " + reason);
 }
 
 int infoCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)

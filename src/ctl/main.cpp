@@ -58,7 +58,7 @@ int main(int argc, char** argv)
         if (arguments->command == command.name)
             return command.run(*arguments, std::cout, std::cerr);
     if (arguments->command.empty())
-        std::cerr << kUsage;
+        std::cerr << "rm8ctl: chybí příkaz (viz rm8ctl --help)\n";
     else
         std::cerr << "rm8ctl: neznámý příkaz '" << arguments->command << "' (viz rm8ctl --help)\n";
     return rm8::ctl::kBadInput;

@@ -13,7 +13,7 @@ namespace L = layout;
 
 bool bitOf(std::uint8_t byte, std::size_t bit)
 {
-    return ((byte >> bit) & 1u) != 0;
+    return ((static_cast<unsigned>(byte) >> bit) & 1u) != 0;
 }
 
 // The value of up to two hexadecimal characters, read as far as they are
