@@ -3,11 +3,14 @@
 #include <cstdio>
 
 #include "common/atomic_file.h"
+#include "ctl/check_command.h"
 #include "ctl/cli_interaction.h"
 #include "ctl/configuration_input.h"
 #include "fields/settings_diff.h"
 #include "fields/settings_json.h"
 #include "flow/file_flows.h"
+#include "flow/messages.h"
+#include "settings/image_encoder.h"
 #include "settings/image_decoder.h"
 #include "settings/image_inspection.h"
 #include "settings/settings_file.h"
@@ -69,13 +72,26 @@ int encodeCommand(const Arguments& arguments, std::ostream& out, std::ostream& e
     auto settings = loadSettingsJson(arguments.operands[0]);
     if (!settings)
         return fail(err, settings.error());
-
     EepromImage image;
     if (const auto base = arguments.value("--base")) {
         auto read = readImageFile(*base, image);
         if (!read)
             return fail(err, "Základní obraz '" + *base + "': " + read.error().describe());
     }
+    // Settings that cannot be encoded at all are bad input; settings that
+    // break the station's rules are refused. The first is told first.
+    EepromImage trial = image;
+    if (auto encoded = encodeImage(*settings, trial); !encoded)
+        return fail(err, "Soubor '" + arguments.operands[0] + "' nebyl uložen do '" + *target
+                             + "': " + std::string(messages::kConversionFailed) + " (" + encoded.error().describe()
+                             + ")");
+    // A configuration the station would misread is not saved unless asked.
+    if (const CheckReport report = checkConfiguration(*settings); !report.clean() && !arguments.has("--force")) {
+        printViolations(report, err, "rm8ctl: Soubor '" + arguments.operands[0] + "': ");
+        return fail(err, "Soubor '" + *target + "' nebyl zapsán: nastavení porušují pravidla stanice (--force je uloží i tak).",
+                    kDifferent);
+    }
+
     CliInteraction ui(arguments.has("--yes"));
     switch (saveSettingsFile(*target, image, *settings, ui)) {
     case FlowOutcome::Done:

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ctl/arguments.h"
+#include "ctl/check_command.h"
 #include "ctl/file_commands.h"
 
 namespace {
@@ -14,13 +15,18 @@ constexpr const char* kUsage = R"(Použití: rm8ctl PŘÍKAZ [VOLBY] SOUBORY
 Příkazy pro soubory nastavení:
   decode SOUBOR.eep [--out SOUBOR.json]
         vypíše nastavení ze souboru jako JSON (nebo je zapíše do --out)
-  encode NASTAVENI.json --out SOUBOR.eep [--base OBRAZ.eep] [--yes]
+  encode NASTAVENI.json --out SOUBOR.eep [--base OBRAZ.eep] [--yes] [--force]
         zakóduje nastavení do obrazu EEPROM (bez --base samé nuly) a uloží
         soubor nastavení; existující soubor přepíše jen s --yes
   info SOUBOR.eep
         značka formátu, kontrolní bajt, ukazatele, konec dat a velikost nastavení
   diff A B
         vypíše rozdílná pole dvou konfigurací (.eep nebo .json)
+  check SOUBOR [--json] [--eeprom-size N]
+        vypíše každé porušení pravidel stanice (pole, řádek, zpráva); s --eeprom-size
+        i kontrolu velikosti nastavení; úpravy číselných polí vypíše zvlášť
+
+encode odmítne nastavení, která porušují pravidla stanice, pokud není dána volba --force.
 
 Návratový kód: 0 úspěch, 1 rozdíl nebo odmítnutí, 2 chybné použití nebo vstup.
 )";
@@ -37,6 +43,7 @@ constexpr CommandEntry kCommands[] = {
     {"encode", rm8::ctl::encodeCommand},
     {"info", rm8::ctl::infoCommand},
     {"diff", rm8::ctl::diffCommand},
+    {"check", rm8::ctl::checkCommand},
 };
 
 } // namespace
@@ -44,7 +51,7 @@ constexpr CommandEntry kCommands[] = {
 int main(int argc, char** argv)
 {
     const std::vector<std::string> words(argv + 1, argv + argc);
-    const rm8::ctl::OptionSet options{{"--out", "--base"}, {"--yes", "--help"}};
+    const rm8::ctl::OptionSet options{{"--out", "--base", "--eeprom-size"}, {"--yes", "--help", "--force", "--json"}};
     auto arguments = rm8::ctl::parseArguments(words, options);
     if (!arguments) {
         std::cerr << "rm8ctl: " << arguments.error() << " (viz rm8ctl --help)\n";

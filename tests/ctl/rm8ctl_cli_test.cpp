@@ -439,7 +439,7 @@ TEST_P(EncodeGolden, InputOverItsBaseGivesTheGoldenFile)
 {
     TempDir dir;
     const fs::path target = dir / "out.eep";
-    const Outcome run = runCtl({ "encode", dataFile(GetParam() + ".input.json").string(), "--base",
+    const Outcome run = runCtl({ "encode", "--force", dataFile(GetParam() + ".input.json").string(), "--base",
         dataFile(GetParam() + ".eep").string(), "--out", target.string() });
     ASSERT_EQ(run.status, 0) << run;
     EXPECT_EQ(run.out, "");
@@ -462,7 +462,7 @@ TEST_P(EncodeGolden, ReEncodingExchangesTheMessageTextsOfInvertedInputsOnly)
     const fs::path base = dataFile(GetParam() + ".eep");
     const Outcome decode = runCtl({ "decode", base.string(), "--out", decoded.string() });
     ASSERT_EQ(decode.status, 0) << decode;
-    const Outcome encode = runCtl({ "encode", decoded.string(), "--base", base.string(), "--out", reencoded.string() });
+    const Outcome encode = runCtl({ "encode", "--force", decoded.string(), "--base", base.string(), "--out", reencoded.string() });
     ASSERT_EQ(encode.status, 0) << encode;
     const Outcome again = runCtl({ "decode", reencoded.string() });
     ASSERT_EQ(again.status, 0) << again;
@@ -502,7 +502,7 @@ TEST(Encode, DecodedSettingsEncodeBackToTheSameBytes)
         const Outcome decode = runCtl({ "decode", base.string() });
         ASSERT_EQ(decode.status, 0) << decode;
         writeBytes(dir / "settings.json", decode.out);
-        const Outcome encode = runCtl({ "encode", (dir / "settings.json").string(), "--base", base.string(), "--out",
+        const Outcome encode = runCtl({ "encode", "--force", (dir / "settings.json").string(), "--base", base.string(), "--out",
             (dir / "again.eep").string() });
         ASSERT_EQ(encode.status, 0) << encode;
         EXPECT_TRUE(readBytes(dir / "again.eep") == readBytes(base)) << "round trip changed the bytes";
@@ -620,7 +620,7 @@ TEST(Overwrite, ReplacedFileTakesTheNewLength)
     TempDir dir;
     const fs::path target = dir / "station.eep";
     writeBytes(target, readBytes(dataFile("long_texts.eep")));
-    const Outcome run = runCtl({ "encode", dataFile("full.input.json").string(), "--base",
+    const Outcome run = runCtl({ "encode", "--force", dataFile("full.input.json").string(), "--base",
         dataFile("full.eep").string(), "--out", target.string(), "--yes" });
     ASSERT_EQ(run.status, 0) << run;
     EXPECT_TRUE(readBytes(target) == readBytes(dataFile("full.eep")));
@@ -631,7 +631,7 @@ TEST(Overwrite, FileCanBeItsOwnBase)
     TempDir dir;
     const fs::path target = dir / "station.eep";
     writeBytes(target, readBytes(dataFile("full.eep")));
-    const Outcome run = runCtl({ "encode", dataFile("full.input.json").string(), "--base", target.string(), "--out",
+    const Outcome run = runCtl({ "encode", "--force", dataFile("full.input.json").string(), "--base", target.string(), "--out",
         target.string(), "--yes" });
     ASSERT_EQ(run.status, 0) << run;
     EXPECT_TRUE(readBytes(target) == readBytes(dataFile("full.eep")));
@@ -702,7 +702,7 @@ Scenario encodeOf(const fs::path& settings, std::vector<std::string> mentions = 
 
 Scenario encodeWithBase(const fs::path& base)
 {
-    return { { "encode", dataFile("full.input.json").string(), "--base", base.string() },
+    return { { "encode", "--force", dataFile("full.input.json").string(), "--base", base.string() },
         base.parent_path() / "out.eep", { "--yes" }, { base }, {} };
 }
 
@@ -968,7 +968,7 @@ const std::vector<UsageCase> kBadUsage = {
     { "NoCommand", {} },
     { "UnknownCommand", { "convert", "@/a.eep" } },
     { "UnknownOption", { "decode", "@/a.eep", "--verbose" } },
-    { "UnknownOptionBeforeCommand", { "--force", "decode", "@/a.eep" } },
+    { "UnknownOptionBeforeCommand", { "--frobnicate", "decode", "@/a.eep" } },
     { "OutWithoutValue", { "decode", "@/a.eep", "--out" } },
     { "EncodeWithoutOut", { "encode", "@/settings.json" } },
     { "EncodeWithoutOutButWithYes", { "encode", "@/settings.json", "--yes" } },
@@ -1193,3 +1193,80 @@ TEST(Diff, EmptyAgainstFullNamesTheStationAndTheRows)
 }
 
 } // namespace
+
+// ---------------------------------------------------------------------------
+// check, and encode's refusal of settings that break the station's rules
+// ---------------------------------------------------------------------------
+
+namespace rm8_check_tests {
+
+// An input name that is a prefix of a reserved keyword, and an output whose
+// name begins another output's name: two rules, three violations.
+const char* const kSeeded = R"({
+  "tabINPNazev": ["st", "", "", "", "", "", "", ""],
+  "tabOUTNazev": ["PUMPA", "PUMPA2", "", "", "", "", "", ""]
+})";
+
+TEST(Check, CleanConfigurationReportsNothing)
+{
+    const Outcome run = runCtl({ "check", dataFile("empty.eep").string() });
+    EXPECT_EQ(run.status, 0) << run;
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "");
+}
+
+TEST(Check, EveryViolationOnItsOwnLine)
+{
+    TempDir dir;
+    writeText(dir / "seeded.json", kSeeded);
+    const Outcome run = runCtl({ "check", (dir / "seeded.json").string() });
+    EXPECT_EQ(run.status, 1) << run;
+    EXPECT_EQ(run.out,
+              "tabINPNazev[1]: Název vstupu nesmí být žádné z těchto klíčových slov (ani jejich předpony): "
+              "STATE;STAV;BACK;NOBACK;RESET;SHUTDOWN;NAME;ZPET;NEZPET;JMENO\n"
+              "tabOUTNazev[1]: Název výstupu 'OUT1' není správně zadán. Jména výstupů se nesmějí shodovat a ani být "
+              "předponou jiného názvu výstupu. EEPROM nelze naprogramovat dokud toto nebude odstraněno.\n");
+}
+
+TEST(Check, JsonListsFieldRowAndMessage)
+{
+    TempDir dir;
+    writeText(dir / "seeded.json", kSeeded);
+    const Outcome run = runCtl({ "check", (dir / "seeded.json").string(), "--json", "--eeprom-size", "192" });
+    EXPECT_EQ(run.status, 1) << run;
+    const auto report = nlohmann::json::parse(run.out);
+    ASSERT_EQ(report.size(), 3u) << run;
+    EXPECT_EQ(report[0]["field"], "tabINPNazev");
+    EXPECT_EQ(report[0]["row"], 1);
+    EXPECT_EQ(report[2]["field"], "lblInfoPamUsage");
+    EXPECT_TRUE(report[2]["row"].is_null());
+    // 430 bytes of an empty configuration plus "st", "PUMPA" and "PUMPA2";
+    // 192 is a size of the memory table and keeps its alignment.
+    EXPECT_EQ(report[2]["message"], "Velikost dat v nastavení (443) je větší než je možno vložit do EEPROM (   192).");
+}
+
+TEST(Check, BadSizeOrFileIsBadInput)
+{
+    const Outcome size = runCtl({ "check", dataFile("empty.eep").string(), "--eeprom-size", "lots" });
+    EXPECT_EQ(size.status, 2) << size;
+    const Outcome missing = runCtl({ "check", "/nonexistent/x.json" });
+    EXPECT_EQ(missing.status, 2) << missing;
+    EXPECT_THAT(missing.err, HasSubstr("/nonexistent/x.json"));
+}
+
+TEST(EncodeRefusal, ViolationsAreRefusedUnlessForced)
+{
+    TempDir dir;
+    writeText(dir / "seeded.json", kSeeded);
+    const Outcome refused = runCtl({ "encode", (dir / "seeded.json").string(), "--out", (dir / "out.eep").string() });
+    EXPECT_EQ(refused.status, 1) << refused;
+    EXPECT_THAT(refused.err, HasSubstr("Název vstupu nesmí být"));
+    EXPECT_FALSE(fs::exists(dir / "out.eep"));
+
+    const Outcome forced
+        = runCtl({ "encode", "--force", (dir / "seeded.json").string(), "--out", (dir / "out.eep").string() });
+    EXPECT_EQ(forced.status, 0) << forced;
+    EXPECT_TRUE(fs::exists(dir / "out.eep"));
+}
+
+} // namespace rm8_check_tests

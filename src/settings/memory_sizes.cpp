@@ -1,0 +1,24 @@
+#include "settings/memory_sizes.h"
+
+namespace rm8 {
+
+std::optional<std::string_view> memorySizeText(std::uint8_t code)
+{
+    for (const auto& row : kMemorySizes)
+        if (row.code == code)
+            return row.text;
+    return std::nullopt;
+}
+
+std::string memorySizeNumberText(std::size_t bytes)
+{
+    for (const auto& row : kMemorySizes) {
+        const std::string_view number = row.text.substr(0, row.text.size() - kByteSuffix.size());
+        const auto first = number.find_first_not_of(' ');
+        if (number.substr(first) == std::to_string(bytes))
+            return std::string(number);
+    }
+    return std::to_string(bytes);
+}
+
+} // namespace rm8
