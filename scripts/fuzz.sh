@@ -18,32 +18,43 @@ cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 
 build=$root/build/fuzz
-target=$build/fuzz/fuzz_settings_file
-corpus=$build/corpus/settings_file
-artifacts=$build/artifacts
-log=$build/fuzz_settings_file.log
-mkdir -p "$corpus" "$artifacts"
+failed=0
 
-# The seeds are copied, not linked: libFuzzer adds and rewrites corpus files.
-shopt -s nullglob
-seeds=("$root"/tests/data/*.eep "$root"/tests/data/*.json)
-shopt -u nullglob
-if ((${#seeds[@]})); then
-  cp -f -- "${seeds[@]}" "$corpus"/
-fi
+# fuzz TARGET SECONDS MAX_LEN SEED_GLOB...
+fuzz() {
+  local name=$1 time=$2 maxlen=$3
+  shift 3
+  local target=$build/fuzz/$name corpus=$build/corpus/$name artifacts=$build/artifacts/$name
+  local log=$build/$name.log
+  mkdir -p "$corpus" "$artifacts"
+  # The seeds are copied, not linked: libFuzzer adds and rewrites corpus files.
+  shopt -s nullglob
+  local seeds=("$@")
+  shopt -u nullglob
+  if ((${#seeds[@]})); then
+    cp -f -- "${seeds[@]}" "$corpus"/
+  fi
 
-echo "fuzzing for ${seconds}s; corpus $corpus; log $log"
-status=0
-"$target" "$corpus" \
-  -max_total_time="$seconds" -max_len=70000 -timeout=10 -rss_limit_mb=2048 \
-  -print_final_stats=1 -artifact_prefix="$artifacts/" >"$log" 2>&1 || status=$?
+  echo "fuzzing $name for ${time}s; corpus $corpus; log $log"
+  local status=0
+  "$target" "$corpus" \
+    -max_total_time="$time" -max_len="$maxlen" -timeout=10 -rss_limit_mb=2048 \
+    -print_final_stats=1 -artifact_prefix="$artifacts/" >"$log" 2>&1 || status=$?
 
-# The last lines carry the coverage and the final statistics.
-grep -E '^#[0-9]+[[:space:]]+DONE|^stat::' "$log" || tail -n 5 "$log"
+  # The last lines carry the coverage and the final statistics.
+  grep -E '^#[0-9]+[[:space:]]+DONE|^stat::(number_of_executed_units|average_exec_per_sec)' "$log" || tail -n 5 "$log"
 
-if ((status != 0)) || grep -qE 'ERROR: (AddressSanitizer|LeakSanitizer|libFuzzer)|runtime error:|invariant violated' "$log"; then
-  echo "fuzzing found a fault (exit status $status); see $log" >&2
-  grep -E 'ERROR:|runtime error:|invariant violated|Test unit written to' "$log" >&2 || tail -n 30 "$log" >&2
+  if ((status != 0)) || grep -qE 'ERROR: (AddressSanitizer|LeakSanitizer|libFuzzer)|runtime error:|invariant violated' "$log"; then
+    echo "fuzzing $name found a fault (exit status $status); see $log" >&2
+    grep -E 'ERROR:|runtime error:|invariant violated|Test unit written to' "$log" >&2 || tail -n 30 "$log" >&2
+    failed=1
+  fi
+}
+
+fuzz fuzz_settings_file "$seconds" 70000 "$root"/tests/data/*.eep "$root"/tests/data/*.json
+fuzz fuzz_field_rules "${FUZZ_RULES_SECONDS:-15}" 512
+
+if ((failed)); then
   exit 1
 fi
 echo "no faults found"
