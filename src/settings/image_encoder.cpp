@@ -1,5 +1,6 @@
 #include "settings/image_encoder.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <string_view>
@@ -13,6 +14,8 @@ namespace rm8 {
 namespace {
 
 namespace L = layout;
+
+constexpr std::size_t kMaxPhoneDigits = 255;
 
 struct TextConversionFault {
     std::string detail;
@@ -148,32 +151,51 @@ private:
             writeGroup(slot.pointer, s_.*slot.notInverted, slot.notInvertedName);
 
         at("", 0);
-        image_.putWord(L::kReservedTextsPointer, static_cast<long long>(p_));
+        pointTo(L::kReservedTextsPointer);
         writeText("");
         writeText("");
 
-        image_.putWord(L::kPhonesPointer, static_cast<long long>(p_));
+        pointTo(L::kPhonesPointer);
         for (std::size_t i = 0; i < kRows; ++i) {
             at("tabTC", static_cast<int>(i + 1));
-            writeText(phoneToAddressForm(s_.tabTC[i]));
+            writePhone(s_.tabTC[i]);
         }
 
         at("", 0);
-        image_.putWord(L::kGeneralTextsPointer, static_cast<long long>(p_));
+        pointTo(L::kGeneralTextsPointer);
         for (const auto& text : L::kGeneralTexts) {
             at(text.name, 0);
             writeText(s_.*text.field);
         }
     }
 
+    // The running address as a pointer word: past the image it is an address
+    // fault, whichever word would have held it.
+    void pointTo(std::uint16_t pointer)
+    {
+        if (p_ >= EepromImage::kSize)
+            throw ImageRangeError(p_);
+        image_.putWord(pointer, static_cast<long long>(p_));
+    }
+
     void writeGroup(std::uint16_t pointer, const Row8<std::string>& texts, std::string_view name)
     {
         at(name, 0);
-        image_.putWord(pointer, static_cast<long long>(p_));
+        pointTo(pointer);
         for (std::size_t i = 0; i < kRows; ++i) {
             at(name, static_cast<int>(i + 1));
             writeText(texts[i]);
         }
+    }
+
+    // The digit count is stored in two hexadecimal characters; a longer
+    // number would shift every entry after it.
+    void writePhone(const std::string& phone)
+    {
+        const std::size_t digits = cp1250::characterCount(phone) - (phone.starts_with("+") ? 1 : 0);
+        if (!phone.empty() && digits > kMaxPhoneDigits)
+            throw ImageOverflowError(p_, static_cast<long long>(digits));
+        writeText(phoneToAddressForm(phone));
     }
 
     void writeText(std::string_view utf8)
@@ -209,7 +231,8 @@ Expected<EncodeSummary, CodecError> encodeImage(const StationSettings& settings,
     CodecError error;
     try {
         const std::uint32_t end = encoder.run();
-        image = std::move(work);
+        // Copied rather than moved, so that views of the image stay valid.
+        std::copy(work.bytes().begin(), work.bytes().end(), image.bytes().begin());
         return EncodeSummary{end};
     } catch (const ImageRangeError& e) {
         error.fault = CodecFault::AddressOutOfRange;

@@ -323,8 +323,28 @@ INSTANTIATE_TEST_SUITE_P(
                       for (auto& text : s.tabAINNazev)
                           text.assign(9000, 'x');
                   },
-                  CodecFault::AddressOutOfRange, "tabAINNazev", 8}),
+                  CodecFault::AddressOutOfRange, "tabAINNazev", 8},
+        // The texts end exactly at the last address: the next pointer would
+        // be 65536, which is an address fault like any other.
+        FaultCase{"PointerJustPastTheImage",
+                  [](StationSettings& s) {
+                      for (std::size_t i = 0; i < 7; ++i)
+                          s.tabINPNazev[i].assign(8000, 'a');
+                      s.tabINPNazev[7].assign(9256, 'a');
+                  },
+                  CodecFault::AddressOutOfRange, "tabINPZap", 0},
+        // Two hexadecimal characters count at most 255 digits; more would
+        // shift every phone entry after it.
+        FaultCase{"PhoneOf256Digits", [](StationSettings& s) { s.tabTC[1].assign(256, '7'); },
+                  CodecFault::ValueOverflow, "tabTC", 2}),
     [](const auto& row) { return std::string(row.param.name); });
+
+TEST(EncoderFaults, PhoneOf255DigitsStillFits)
+{
+    StationSettings settings;
+    settings.tabTC[0] = "+" + std::string(255, '1');
+    EXPECT_EQ(decoded(encoded(settings)).tabTC[0], settings.tabTC[0]);
+}
 
 TEST(EncoderFaults, ValidityAtTheByteLimitStillFits)
 {
