@@ -89,12 +89,11 @@ void collectAdjustments(const S& s, CheckReport& report)
 void checkPhoneTable(const S& s, CheckReport& report)
 {
     for (std::size_t row = 0; row < kRows; ++row) {
-        if (!s.tabTC[row].empty())
-            continue;
+        const auto outcome = applyPhoneTableRule(s.tabTC[row], s.tabTCPrijem[row], s.tabTCUdalost[row]);
         const int shown = static_cast<int>(row + 1);
-        if (s.tabTCPrijem[row])
+        if (outcome.clearPrijem)
             report.violations.push_back({"tabTCPrijem", shown, RuleKind::PhoneTable, std::string(kPrijemNeedsNumber)});
-        if (s.tabTCUdalost[row])
+        if (outcome.clearUdalost)
             report.violations.push_back(
                 {"tabTCUdalost", shown, RuleKind::PhoneTable, std::string(kUdalostNeedsNumber)});
     }

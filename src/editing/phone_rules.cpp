@@ -15,4 +15,9 @@ std::string normalisePhoneNumber(std::string_view number, bool utoEnabled, std::
     return std::string(uto) + std::string(number);
 }
 
+PhoneTableOutcome applyPhoneTableRule(std::string_view number, bool prijem, bool udalost)
+{
+    return {number.empty() && prijem, number.empty() && udalost};
+}
+
 } // namespace rm8

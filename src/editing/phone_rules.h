@@ -13,6 +13,15 @@ namespace rm8 {
 // UTO text in front.
 std::string normalisePhoneNumber(std::string_view number, bool utoEnabled, std::string_view uto);
 
+// A permission box may not stay ticked while its row has no number. Says
+// which boxes the rule clears; each cleared box comes with its message.
+struct PhoneTableOutcome {
+    bool clearPrijem = false;
+    bool clearUdalost = false;
+};
+
+PhoneTableOutcome applyPhoneTableRule(std::string_view number, bool prijem, bool udalost);
+
 inline constexpr std::string_view kPrijemNeedsNumber =
     "Pokud není zadáno telefonní číslo musí být zaškrtávací pole 'Příjem' nezaškrtnuté.";
 inline constexpr std::string_view kUdalostNeedsNumber =

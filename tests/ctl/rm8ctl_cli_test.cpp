@@ -1270,3 +1270,23 @@ TEST(EncodeRefusal, ViolationsAreRefusedUnlessForced)
 }
 
 } // namespace rm8_check_tests
+
+namespace rm8_check_tests {
+
+TEST(Check, OneViolationOfEachKindWithItsExactMessage)
+{
+    const Outcome run = runCtl({ "check", dataFile("check/seeded.json").string(), "--eeprom-size", "448" });
+    EXPECT_EQ(run.status, 1) << run;
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.out, readBytes(dataFile("check/seeded.check.txt")));
+
+    const Outcome json
+        = runCtl({ "check", dataFile("check/seeded.json").string(), "--eeprom-size", "448", "--json" });
+    const auto report = nlohmann::json::parse(json.out);
+    std::size_t lines = 0;
+    for (char c : run.out)
+        lines += c == '\n';
+    EXPECT_EQ(report.size(), lines - 2) << "the same violations, without the two adjustments";
+}
+
+} // namespace rm8_check_tests
