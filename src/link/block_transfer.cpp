@@ -1,0 +1,165 @@
+#include "link/block_transfer.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+#include "link/frame.h"
+
+namespace rm8::link {
+namespace {
+
+constexpr std::uint8_t kReadRequest = 4;
+constexpr std::uint8_t kWriteRequest = 5;
+constexpr std::uint8_t kReadReply = 132;
+constexpr std::uint8_t kWriteReply = 133;
+constexpr std::size_t kBlock = 8;
+constexpr unsigned kRetryStepMs = 100;
+constexpr unsigned kReplyMarginMs = 100;
+constexpr unsigned kLongestReadWaitMs = 30000;
+constexpr int kReadFailuresAllowed = 10;
+constexpr int kWriteAttempts = 10;
+constexpr int kVerifyAttempts = 9;
+
+std::vector<std::uint8_t> addressed(std::uint8_t request, std::uint16_t address)
+{
+    std::vector<std::uint8_t> frame{request};
+    appendHexByte(frame, static_cast<std::uint8_t>(address % 256));
+    appendHexByte(frame, static_cast<std::uint8_t>(address / 256));
+    return frame;
+}
+
+} // namespace
+
+std::vector<std::uint16_t> BlockTransfer::headerBlocks()
+{
+    std::vector<std::uint16_t> blocks;
+    for (std::uint16_t a = 0; a <= 56; a = static_cast<std::uint16_t>(a + kBlock))
+        blocks.push_back(a);
+    for (std::uint16_t a = 128; a <= 264; a = static_cast<std::uint16_t>(a + kBlock))
+        blocks.push_back(a);
+    return blocks;
+}
+
+bool BlockTransfer::readBlock(std::uint16_t address)
+{
+    const auto reply = io_.exchange(addressed(kReadRequest, address), kReadReply,
+                                    std::chrono::milliseconds(retryWaitMs_ + kReplyMarginMs));
+    if (!reply || reply->size() < 1 + 2 * kBlock)
+        return false;
+    for (std::size_t k = 0; k < kBlock; ++k)
+        image_.putByte(address + k, hexPairToByte((*reply)[1 + 2 * k], (*reply)[2 + 2 * k]));
+    return true;
+}
+
+bool BlockTransfer::writeBlock(std::uint16_t address)
+{
+    auto request = addressed(kWriteRequest, address);
+    for (std::size_t k = 0; k < kBlock; ++k)
+        appendHexByte(request, image_.byte(address + k));
+    return io_.exchange(request, kWriteReply, std::chrono::milliseconds(retryWaitMs_ + kReplyMarginMs)).has_value();
+}
+
+bool BlockTransfer::verifyBlock(std::uint16_t address)
+{
+    std::array<std::uint8_t, kBlock> expected{};
+    for (std::size_t k = 0; k < kBlock; ++k)
+        expected[k] = image_.byte(address + k);
+    retryWaitMs_ = 0;
+    for (int attempt = 0; attempt < kVerifyAttempts; ++attempt) {
+        retryWaitMs_ += kRetryStepMs;
+        if (!readBlock(address))
+            continue;
+        bool same = true;
+        for (std::size_t k = 0; k < kBlock; ++k)
+            same = same && image_.byte(address + k) == expected[k];
+        if (same)
+            return true;
+    }
+    return false;
+}
+
+bool BlockTransfer::readAllBlocks(std::size_t eepromSize)
+{
+    Interaction& ui = io_.ui();
+    io_.flushInput();
+    ui.showProgress("Načítám data z EEPROM do PC.", true);
+    std::size_t address = 0;
+    do {
+        retryWaitMs_ = 0;
+        int failures = 0;
+        while (!readBlock(static_cast<std::uint16_t>(address))) {
+            if (retryWaitMs_ + kRetryStepMs >= kLongestReadWaitMs || failures > kReadFailuresAllowed) {
+                ui.hideProgress();
+                return false;
+            }
+            ++failures;
+            retryWaitMs_ += kRetryStepMs;
+        }
+        address += kBlock;
+    } while (address < eepromSize && !ui.cancelRequested());
+    ui.hideProgress();
+    return true;
+}
+
+bool BlockTransfer::writeWithRetries(std::uint16_t address, bool checkWrite)
+{
+    retryWaitMs_ = 0;
+    bool written = false;
+    for (int attempt = 0; attempt < kWriteAttempts && !written; ++attempt) {
+        retryWaitMs_ += kRetryStepMs;
+        written = writeBlock(address);
+    }
+    if (!written)
+        return false;
+    const bool cancelled = io_.ui().cancelRequested();
+    if (checkWrite && !cancelled && !verifyBlock(address))
+        return false;
+    return !cancelled;
+}
+
+bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
+{
+    Interaction& ui = io_.ui();
+    io_.flushInput();
+    ui.showProgress("Ukládám data z PC do EEPROM.", true);
+    const auto fail = [&] {
+        ui.hideProgress();
+        return false;
+    };
+
+    // Pass 1: the header goes first, so that a write cut short leaves the
+    // station reading as not programmed rather than half programmed.
+    const auto headers = headerBlocks();
+    std::vector<std::array<std::uint8_t, kBlock>> saved(headers.size());
+    for (std::size_t h = 0; h < headers.size(); ++h) {
+        for (std::size_t k = 0; k < kBlock; ++k) {
+            saved[h][k] = image_.byte(headers[h] + k);
+            image_.putByte(headers[h] + k, 0);
+        }
+        if (!writeWithRetries(headers[h], checkWrite))
+            return fail();
+    }
+
+    // Pass 2: the data, up to and including the block at or past the used size.
+    std::size_t address = kFirstDataBlock;
+    std::size_t previous = 0;
+    do {
+        if (!writeWithRetries(static_cast<std::uint16_t>(address), checkWrite))
+            return fail();
+        previous = address;
+        address += kBlock;
+    } while (previous < usedSize && !ui.cancelRequested());
+
+    // Pass 3: the header with its real bytes.
+    for (std::size_t h = 0; h < headers.size(); ++h) {
+        for (std::size_t k = 0; k < kBlock; ++k)
+            image_.putByte(headers[h] + k, saved[h][k]);
+        if (!writeWithRetries(headers[h], checkWrite))
+            return fail();
+    }
+    ui.hideProgress();
+    return true;
+}
+
+} // namespace rm8::link

@@ -1,0 +1,43 @@
+#pragma once
+// One exchange at a time on the serial line: a request frame out, a reply
+// frame in within a timeout. While it waits the user interface gets a turn
+// at least every 50 ms; a reply is taken the moment its terminator arrives.
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "flow/interaction.h"
+#include "link/serial_line.h"
+
+namespace rm8::link {
+
+class LineIo {
+public:
+    static constexpr std::chrono::milliseconds kTurn{50};
+
+    LineIo(SerialLine& line, Interaction& ui) : line_(line), ui_(ui) {}
+
+    void send(std::span<const std::uint8_t> data);
+
+    // The reply's data (byte 0 is the reply code), or nothing when no valid
+    // reply came in time: silence, a late or overlong reply, a bad checksum
+    // or a failed line.
+    std::optional<std::vector<std::uint8_t>> receive(std::chrono::milliseconds timeout);
+
+    // A request and its reply, accepted only with the expected reply code.
+    std::optional<std::vector<std::uint8_t>> exchange(std::span<const std::uint8_t> request, std::uint8_t replyCode,
+                                                      std::chrono::milliseconds timeout);
+
+    void flushInput() { line_.flushInput(); }
+    SerialLine& line() { return line_; }
+    Interaction& ui() { return ui_; }
+
+private:
+    SerialLine& line_;
+    Interaction& ui_;
+};
+
+} // namespace rm8::link

@@ -1,0 +1,143 @@
+#include "link/session.h"
+
+#include <array>
+
+#include "link/frame.h"
+#include "link/station_tables.h"
+#include "settings/conversions.h"
+#include "settings/memory_sizes.h"
+
+namespace rm8::link {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::array<std::uint8_t, 1> kAttention{1};
+constexpr std::array<std::uint8_t, 1> kIdentify{2};
+constexpr std::array<std::uint8_t, 1> kConfiguration{3};
+constexpr std::array<std::uint8_t, 3> kLeave{6, 170, 85};
+constexpr std::uint8_t kAttentionReply = 129;
+constexpr std::uint8_t kIdentifyReply = 130;
+constexpr std::uint8_t kConfigurationReply = 131;
+constexpr std::uint8_t kLeaveReply = 134;
+
+constexpr std::string_view kProgrammableProduct = "RM8";
+constexpr std::string_view kMinimumVersion = "1.0";
+
+constexpr std::string_view kInstructions =
+    "Uveďte zařízení do vypnutého stavu (CPU LED svítí trvale).\r\n"
+    "Pokud zařízení není vypnuto, vypnete jej stiskem tlačítka 'GSM OFF'.\r\n"
+    "Poté připojte konfigurační kabel a potvrďte 'OK'.";
+
+std::uint8_t pairAt(const std::vector<std::uint8_t>& reply, std::size_t index)
+{
+    if (index + 1 >= reply.size())
+        return 0;
+    return hexPairToByte(reply[index], reply[index + 1]);
+}
+
+Activation failed(LineIo& io)
+{
+    io.ui().hideProgress();
+    io.ui().message(MessageIcon::Stop, "Při pokusu aktivovat spojení nastala chyba.");
+    io.line().close();
+    return {};
+}
+
+// Decides whether this tool may program the identified station.
+bool judge(const StationIdentity& identity, Interaction& ui)
+{
+    if (identity.product == "?") {
+        ui.message(MessageIcon::Information, "Připojené zařízení není známo. Je sice povoleno ho naprogramovat, ale "
+                                             "za způsobené chyby není ručeno.");
+        return true;
+    }
+    if (identity.product != kProgrammableProduct) {
+        ui.message(MessageIcon::Stop,
+                   "Touto verzí programu lze naprogramovat pouze zařízení " + std::string(kProgrammableProduct) + ".");
+        return false;
+    }
+    if (textValue(identity.version) < textValue(kMinimumVersion)) {
+        ui.message(MessageIcon::Stop, "Touto verzí programu lze naprogramovat pouze zařízení s procesorem verze "
+                                          + std::string(kMinimumVersion) + " a vyšší.");
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+std::string_view stateWord(ConnectionState state)
+{
+    switch (state) {
+    case ConnectionState::Inactive:
+        return "Neaktivni";
+    case ConnectionState::Active:
+        return "Aktivni";
+    case ConnectionState::WrongVersion:
+        return "Aktivni-spatna verze";
+    }
+    return "Neaktivni";
+}
+
+Activation activateLink(LineIo& io, std::string_view portName)
+{
+    Interaction& ui = io.ui();
+    io.line().close();
+    if (auto opened = io.line().open(); !opened) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Stop, "Nelze otevřít port " + std::string(portName), opened.error());
+        return {};
+    }
+    ui.message(MessageIcon::Information, kInstructions);
+    io.flushInput();
+    ui.showProgress("Program se pokouší navázat komunikaci ...", true);
+
+    // No limit on attempts: the technician ends the search with Storno.
+    while (!io.exchange(kAttention, kAttentionReply, 500ms))
+        if (ui.cancelRequested())
+            return failed(io);
+    if (ui.cancelRequested())
+        return failed(io);
+
+    Activation result;
+    const auto identify = io.exchange(kIdentify, kIdentifyReply, 100ms);
+    if (!identify)
+        return failed(io);
+    const std::uint32_t signature = pairAt(*identify, 1) + 256u * pairAt(*identify, 3) + 65536u * pairAt(*identify, 5);
+    if (const auto product = productName(signature))
+        result.identity.product = std::string(*product);
+    result.identity.version =
+        std::to_string(pairAt(*identify, 7)) + "." + std::to_string(pairAt(*identify, 9));
+    const bool versionOk = judge(result.identity, ui);
+
+    const auto configuration = io.exchange(kConfiguration, kConfigurationReply, 100ms);
+    if (!configuration)
+        return failed(io);
+    if (const auto size = memorySizeText(pairAt(*configuration, 1)))
+        result.identity.memorySize = std::string(*size);
+    if (const auto modem = modemText(pairAt(*configuration, 3)))
+        result.identity.modem = std::string(*modem);
+
+    result.state = versionOk ? ConnectionState::Active : ConnectionState::WrongVersion;
+    ui.hideProgress();
+    return result;
+}
+
+bool deactivateLink(LineIo& io)
+{
+    io.flushInput();
+    if (!io.exchange(kLeave, kLeaveReply, 100ms)) {
+        const Answer answer =
+            io.ui().ask(MessageIcon::Stop,
+                        "Při deaktivaci spojení došlo k chybě. Zařízení je zřejmě stále v programovacím módu. Mám "
+                        "přesto přejít do 'Neaktivního stavu'?",
+                        Buttons::YesNo);
+        if (answer != Answer::Yes)
+            return false;
+    }
+    io.line().close();
+    return true;
+}
+
+} // namespace rm8::link

@@ -1,0 +1,85 @@
+#include "link/station_flows.h"
+
+#include "editing/configuration_check.h"
+#include "editing/output_cross_check.h"
+#include "flow/messages.h"
+#include "link/block_transfer.h"
+#include "settings/image_decoder.h"
+#include "settings/image_encoder.h"
+#include "settings/image_header.h"
+#include "settings/used_size.h"
+
+namespace rm8::link {
+
+FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& settings, std::size_t eepromSize)
+{
+    Interaction& ui = io.ui();
+    BlockTransfer transfer(io, image);
+    if (!transfer.readAllBlocks(eepromSize)) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Stop, "Data nebyla úspěšně načtena z EEPROM. Došlo k chybě při načítání bloku dat.");
+        return FlowOutcome::Failed;
+    }
+    if (ui.cancelRequested()) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Information, "Načtítání dat z EEPROM do PC bylo stornováno.");
+        return FlowOutcome::Declined;
+    }
+    if (!imageHeaderValid(image)) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Exclamation, "Data nebyla úspěšně načtena z EEPROM. EEPROM zřejmě není naprogramována.");
+        return FlowOutcome::Rejected;
+    }
+    ui.showProgress(messages::kConvertingData, false);
+    // Decoded into a copy, so that an image that stops the decoder leaves
+    // the settings as they were.
+    StationSettings decoded = settings;
+    auto result = decodeImage(image, decoded);
+    ui.hideProgress();
+    if (!result) {
+        ui.message(MessageIcon::Stop, "Data nebyla úspěšně načtena z EEPROM. Došlo k chybě při načítání bloku dat.",
+                   result.error().describe());
+        return FlowOutcome::Failed;
+    }
+    settings = std::move(decoded);
+    ui.message(MessageIcon::Information, "Data byla úspěšně načtena z EEPROM.");
+    return FlowOutcome::Done;
+}
+
+FlowOutcome writeStation(LineIo& io, EepromImage& image, const StationSettings& settings, std::size_t eepromSize,
+                         bool checkWrite)
+{
+    Interaction& ui = io.ui();
+    if (const auto conflicts = outputCrossCheck(settings); !conflicts.empty()) {
+        ui.message(MessageIcon::Stop, conflicts.front().message);
+        return FlowOutcome::Rejected;
+    }
+    if (const auto tooBig = sizeCheck(settings, eepromSize)) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Stop, tooBig->message);
+        return FlowOutcome::Rejected;
+    }
+    auto encoded = encodeImage(settings, image);
+    if (!encoded || !imageHeaderValid(image)) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Stop, messages::kEepromConversionFailed,
+                   encoded ? std::string() : encoded.error().describe());
+        return FlowOutcome::Failed;
+    }
+    BlockTransfer transfer(io, image);
+    if (!transfer.writeAllBlocks(usedSize(settings), checkWrite)) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Stop, "Data nebyla úspěšně uložena do EEPROM. Došlo k chybě při ukládání bloku do EEPROM.");
+        return FlowOutcome::Failed;
+    }
+    if (ui.cancelRequested()) {
+        ui.hideProgress();
+        ui.message(MessageIcon::Information, "Ukládání dat z PC do EEPROM bylo stornováno.");
+        return FlowOutcome::Declined;
+    }
+    ui.hideProgress();
+    ui.message(MessageIcon::Information, "Data byla úspěšně uložena do EEPROM.");
+    return FlowOutcome::Done;
+}
+
+} // namespace rm8::link
