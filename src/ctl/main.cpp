@@ -6,6 +6,7 @@
 
 #include "ctl/arguments.h"
 #include "ctl/check_command.h"
+#include "ctl/station_commands.h"
 #include "ctl/file_commands.h"
 
 namespace {
@@ -26,6 +27,16 @@ Příkazy pro soubory nastavení:
         vypíše každé porušení pravidel stanice (pole, řádek, zpráva); s --eeprom-size
         i kontrolu velikosti nastavení; úpravy číselných polí vypíše zvlášť
 
+Příkazy pro stanici (PORT je "COM n" = /dev/ttyS(n-1), nebo cesta k zařízení):
+  identify --port PORT
+        produkt, verze, velikost paměti, modem a stav spojení
+  read --port PORT --out SOUBOR [--json | --raw] [--yes]
+        načte EEPROM stanice a uloží soubor nastavení (--json nastavení, --raw všechny bajty)
+  write --port PORT SOUBOR.eep|NASTAVENI.json [--verify] [--force]
+        zapíše nastavení do stanice (--verify kontroluje zápis každého bloku)
+  --search-timeout S   jak dlouho hledat stanici (výchozí 30 s), pak jako Storno
+  Ctrl-C působí jako Storno.
+
 encode odmítne nastavení, která porušují pravidla stanice, pokud není dána volba --force.
 
 Návratový kód: 0 úspěch, 1 rozdíl nebo odmítnutí, 2 chybné použití nebo vstup.
@@ -44,6 +55,9 @@ constexpr CommandEntry kCommands[] = {
     {"info", rm8::ctl::infoCommand},
     {"diff", rm8::ctl::diffCommand},
     {"check", rm8::ctl::checkCommand},
+    {"identify", rm8::ctl::identifyCommand},
+    {"read", rm8::ctl::readCommand},
+    {"write", rm8::ctl::writeCommand},
 };
 
 } // namespace
@@ -51,7 +65,8 @@ constexpr CommandEntry kCommands[] = {
 int main(int argc, char** argv)
 {
     const std::vector<std::string> words(argv + 1, argv + argc);
-    const rm8::ctl::OptionSet options{{"--out", "--base", "--eeprom-size"}, {"--yes", "--help", "--force", "--json"}};
+    const rm8::ctl::OptionSet options{{"--out", "--base", "--eeprom-size", "--port", "--search-timeout"},
+                                       {"--yes", "--help", "--force", "--json", "--raw", "--verify"}};
     auto arguments = rm8::ctl::parseArguments(words, options);
     if (!arguments) {
         std::cerr << "rm8ctl: " << arguments.error() << " (viz rm8ctl --help)\n";

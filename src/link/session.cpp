@@ -91,7 +91,7 @@ Activation activateLink(LineIo& io, std::string_view portName)
     }
     ui.message(MessageIcon::Information, kInstructions);
     io.flushInput();
-    ui.showProgress("Program se pokouší navázat komunikaci ...", true);
+    ui.showProgress(kSearchingText, true);
 
     // No limit on attempts: the technician ends the search with Storno.
     while (!io.exchange(kAttention, kAttentionReply, 500ms))

@@ -10,6 +10,10 @@
 
 namespace rm8::link {
 
+// The progress text while the station is searched for; the search has no
+// limit of its own and ends with Storno.
+inline constexpr std::string_view kSearchingText = "Program se pokouší navázat komunikaci ...";
+
 enum class ConnectionState { Inactive, Active, WrongVersion };
 
 // The state words of the connection display: "Neaktivni", "Aktivni",

@@ -29,6 +29,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <pty.h>
+
+#include "sim/pty_station.h"
 #include <nlohmann/json.hpp>
 
 extern char** environ;
@@ -1290,3 +1294,72 @@ TEST(Check, OneViolationOfEachKindWithItsExactMessage)
 }
 
 } // namespace rm8_check_tests
+
+// ---------------------------------------------------------------------------
+// Station commands against a simulated station on a pseudo-terminal
+// ---------------------------------------------------------------------------
+
+namespace rm8_station_tests {
+
+rm8::sim::StationSimulator simulated()
+{
+    rm8::sim::StationProfile profile;
+    profile.memorySizeCode = 3; // 960 bytes
+    return rm8::sim::StationSimulator(profile);
+}
+
+TEST(Station, IdentifyNamesTheStation)
+{
+    rm8::sim::PtyStation station{simulated()};
+    station.start();
+    const Outcome run = runCtl({ "identify", "--port", station.path() });
+    EXPECT_EQ(run.status, 0) << run;
+    EXPECT_THAT(run.out, HasSubstr("Produkt:          RM8\n"));
+    EXPECT_THAT(run.out, HasSubstr("Velikost paměti:     960 byte\n"));
+    EXPECT_THAT(run.out, HasSubstr("Spojení:          Aktivni\n"));
+}
+
+TEST(Station, WriteThenReadGivesTheSameSettings)
+{
+    rm8::sim::PtyStation station{simulated()};
+    station.start();
+    TempDir dir;
+    const Outcome write
+        = runCtl({ "write", "--port", station.path(), dataFile("empty.eep").string(), "--verify" });
+    ASSERT_EQ(write.status, 0) << write;
+    EXPECT_THAT(write.out, HasSubstr("Data byla úspěšně uložena do EEPROM."));
+
+    const Outcome read = runCtl({ "read", "--port", station.path(), "--out", (dir / "read.eep").string() });
+    ASSERT_EQ(read.status, 0) << read;
+    const Outcome diff = runCtl({ "diff", (dir / "read.eep").string(), dataFile("empty.json").string() });
+    EXPECT_EQ(diff.status, 0) << diff;
+    const auto eeprom = station.eeprom();
+    for (std::size_t a = 64; a < 128; ++a)
+        EXPECT_EQ(eeprom[a], 0xFF) << "address " << a << " is never written";
+}
+
+TEST(Station, UnprogrammedStationIsNotSaved)
+{
+    rm8::sim::PtyStation station{simulated()};
+    station.start();
+    TempDir dir;
+    const Outcome read = runCtl({ "read", "--port", station.path(), "--out", (dir / "read.eep").string() });
+    EXPECT_EQ(read.status, 1) << read;
+    EXPECT_THAT(read.err, HasSubstr("EEPROM zřejmě není naprogramována."));
+    EXPECT_FALSE(fs::exists(dir / "read.eep"));
+}
+
+TEST(Station, SilentPortEndsAfterTheSearchTimeout)
+{
+    int master = -1;
+    int slave = -1;
+    char name[256] = {};
+    ASSERT_EQ(::openpty(&master, &slave, name, nullptr, nullptr), 0);
+    const Outcome run = runCtl({ "identify", "--port", name, "--search-timeout", "1" });
+    ::close(master);
+    ::close(slave);
+    EXPECT_EQ(run.status, 2) << run;
+    EXPECT_THAT(run.err, HasSubstr("Při pokusu aktivovat spojení nastala chyba."));
+}
+
+} // namespace rm8_station_tests
