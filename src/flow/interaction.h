@@ -4,6 +4,7 @@
 // questions. The GUI shows windows, rm8ctl prints and answers from its
 // options, and the tests record and answer from a script.
 
+#include <cstddef>
 #include <string_view>
 
 namespace rm8 {
@@ -21,6 +22,13 @@ public:
     // True once Storno was pressed since the progress was last shown. Also
     // the user interface's turn to handle its events.
     virtual bool cancelRequested() = 0;
+    // How far a transfer has come, in blocks; a hint for a progress bar that
+    // the progress window itself does not show.
+    virtual void progressBlocks(std::size_t done, std::size_t total)
+    {
+        (void)done;
+        (void)total;
+    }
     // A message box. The detail, when given, says more than the fixed text:
     // which file, which field, what the system reported.
     virtual void message(MessageIcon icon, std::string_view text, std::string_view detail = {}) = 0;

@@ -84,8 +84,10 @@ bool BlockTransfer::readAllBlocks(std::size_t eepromSize)
     Interaction& ui = io_.ui();
     io_.flushInput();
     ui.showProgress("Načítám data z EEPROM do PC.", true);
+    const std::size_t blocks = (eepromSize + kBlock - 1) / kBlock;
     std::size_t address = 0;
     do {
+        ui.progressBlocks(address / kBlock, blocks);
         retryWaitMs_ = 0;
         int failures = 0;
         while (!readBlock(static_cast<std::uint16_t>(address))) {
@@ -98,6 +100,7 @@ bool BlockTransfer::readAllBlocks(std::size_t eepromSize)
         }
         address += kBlock;
     } while (address < eepromSize && !ui.cancelRequested());
+    ui.progressBlocks(std::min(address / kBlock, blocks), blocks);
     ui.hideProgress();
     return true;
 }
@@ -128,16 +131,25 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
         return false;
     };
 
+    const auto headers = headerBlocks();
+    const std::size_t dataBlocks =
+        usedSize <= kFirstDataBlock ? 1 : (usedSize - kFirstDataBlock + kBlock - 1) / kBlock + 1;
+    const std::size_t total = 2 * headers.size() + dataBlocks;
+    std::size_t done = 0;
+    const auto writeOne = [&](std::uint16_t address) {
+        ui.progressBlocks(done++, total);
+        return writeWithRetries(address, checkWrite);
+    };
+
     // Pass 1: the header goes first, so that a write cut short leaves the
     // station reading as not programmed rather than half programmed.
-    const auto headers = headerBlocks();
     std::vector<std::array<std::uint8_t, kBlock>> saved(headers.size());
     for (std::size_t h = 0; h < headers.size(); ++h) {
         for (std::size_t k = 0; k < kBlock; ++k) {
             saved[h][k] = image_.byte(headers[h] + k);
             image_.putByte(headers[h] + k, 0);
         }
-        if (!writeWithRetries(headers[h], checkWrite))
+        if (!writeOne(headers[h]))
             return fail();
     }
 
@@ -145,7 +157,7 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
     std::size_t address = kFirstDataBlock;
     std::size_t previous = 0;
     do {
-        if (!writeWithRetries(static_cast<std::uint16_t>(address), checkWrite))
+        if (!writeOne(static_cast<std::uint16_t>(address)))
             return fail();
         previous = address;
         address += kBlock;
@@ -155,9 +167,10 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
     for (std::size_t h = 0; h < headers.size(); ++h) {
         for (std::size_t k = 0; k < kBlock; ++k)
             image_.putByte(headers[h] + k, saved[h][k]);
-        if (!writeWithRetries(headers[h], checkWrite))
+        if (!writeOne(headers[h]))
             return fail();
     }
+    ui.progressBlocks(total, total);
     ui.hideProgress();
     return true;
 }

@@ -443,5 +443,26 @@ INSTANTIATE_TEST_SUITE_P(
                       CutShortRow{"StationStopsInDataPass", std::nullopt, 30, 29 + 10, true}),
     [](const ::testing::TestParamInfo<CutShortRow>& row) { return std::string(row.param.name); });
 
+// The progress bar of the command line counts on these figures: every block
+// once, in order, ending at the total.
+TEST(BlockProgress, CountsEveryBlockOfAReadAndOfAWrite)
+{
+    StationOptions small;
+    small.sizeCode = 0;
+    Rig reading(small);
+    ASSERT_TRUE(reading.transfer.readAllBlocks(64));
+    std::vector<std::pair<std::size_t, std::size_t>> expected;
+    for (std::size_t n = 0; n <= 8; ++n)
+        expected.emplace_back(n, 8);
+    EXPECT_EQ(reading.ui.blocks, expected);
+
+    Rig writing;
+    ASSERT_TRUE(writing.transfer.writeAllBlocks(300, false));
+    const std::size_t total = 26 + 5 + 26;
+    ASSERT_EQ(writing.ui.blocks.size(), total + 1);
+    for (std::size_t n = 0; n <= total; ++n)
+        EXPECT_EQ(writing.ui.blocks[n], std::make_pair(n, total)) << n;
+}
+
 } // namespace
 } // namespace rm8::link

@@ -62,6 +62,7 @@ public:
         MessageIcon icon;
         std::string text;
     };
+    std::vector<std::pair<std::size_t, std::size_t>> blocks; // progress: done, total
 
     void showProgress(std::string_view text, bool) override
     {
@@ -70,6 +71,7 @@ public:
         cancel = false;
     }
     void hideProgress() override { events.push_back("hide"); }
+    void progressBlocks(std::size_t done, std::size_t total) override { blocks.emplace_back(done, total); }
     bool cancelRequested() override
     {
         ++cancelPolls;
