@@ -1,0 +1,31 @@
+#include "shell/application_info.h"
+
+#include <string_view>
+
+#ifndef RM8_VERSION
+#error "RM8_VERSION comes from the project version in CMake"
+#endif
+
+namespace rm8::shell {
+
+QString applicationTitle()
+{
+    return QString::fromUtf8(kApplicationTitle);
+}
+
+QString programName()
+{
+    return QString::fromUtf8(kProgramName);
+}
+
+QString programVersion()
+{
+    return QStringLiteral(RM8_VERSION);
+}
+
+QString fromCore(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace rm8::shell

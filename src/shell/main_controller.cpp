@@ -1,0 +1,346 @@
+#include "shell/main_controller.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QTabWidget>
+
+#include "editing/output_cross_check.h"
+#include "fields/field_catalogue.h"
+#include "flow/file_flows.h"
+#include "flow/messages.h"
+#include "link/session.h"
+#include "link/station_flows.h"
+#include "serial/qt_serial_line.h"
+#include "shell/about_dialog.h"
+#include "shell/application_info.h"
+#include "shell/port_settings_dialog.h"
+#include "ui/main_window.h"
+
+namespace rm8::shell {
+namespace {
+
+constexpr std::string_view kActivateCaption = "Aktivovat";
+constexpr std::string_view kDeactivateCaption = "Deaktivovat";
+constexpr std::string_view kStillProgramming =
+    "Zařízení nebylo deaktivováno a je zřejmě stále v programovacím módu. Má se zařízení před ukončením "
+    "programu deaktivovat?";
+constexpr std::string_view kPrintingNotAvailable = "Tisk nastavení zatím není v této verzi programu k dispozici.";
+
+template <class W>
+W* required(const QObject& root, const char* name)
+{
+    auto* widget = root.findChild<W*>(QString::fromLatin1(name));
+    if (!widget)
+        throw std::logic_error(std::string("the main window has no ") + name);
+    return widget;
+}
+
+std::filesystem::path toPath(const QString& path)
+{
+#ifdef Q_OS_WIN
+    return std::filesystem::path(path.toStdWString());
+#else
+    return std::filesystem::path(QFile::encodeName(path).toStdString());
+#endif
+}
+
+} // namespace
+
+// What the flows are given instead of the plain interaction: before the
+// decoded settings are put into the fields, the tab strip turns to its first
+// page, whichever flow (station or file) does the decoding.
+class MainController::FlowInteraction : public Interaction {
+public:
+    FlowInteraction(Interaction& target, QTabWidget& tabs) : target_(target), tabs_(tabs) {}
+
+    void showProgress(std::string_view text, bool showCancel) override
+    {
+        if (text == messages::kConvertingData)
+            tabs_.setCurrentIndex(0);
+        target_.showProgress(text, showCancel);
+    }
+    void hideProgress() override { target_.hideProgress(); }
+    bool cancelRequested() override { return target_.cancelRequested(); }
+    void progressBlocks(std::size_t done, std::size_t total) override { target_.progressBlocks(done, total); }
+    void message(MessageIcon icon, std::string_view text, std::string_view detail) override
+    {
+        target_.message(icon, text, detail);
+    }
+    Answer ask(MessageIcon icon, std::string_view question, Buttons buttons) override
+    {
+        return target_.ask(icon, question, buttons);
+    }
+
+private:
+    Interaction& target_;
+    QTabWidget& tabs_;
+};
+
+std::unique_ptr<link::SerialLine> makeQtSerialLine(const std::string& device)
+{
+    return std::make_unique<serial::QtSerialLine>(QString::fromStdString(device));
+}
+
+std::optional<QString> chooseSettingsFile(QWidget* owner, FileDialogKind kind)
+{
+    // The folder of the last file chosen during this run.
+    static QString lastFolder;
+    const bool opening = kind == FileDialogKind::Open;
+    QFileDialog dialog(owner,
+                       opening ? QStringLiteral("Načíst nastavení ze souboru")
+                               : QStringLiteral("Uložit nastavení do souboru"),
+                       lastFolder, QStringLiteral("EEPROM (*.eep)"));
+    dialog.setObjectName(QStringLiteral("CommonDialog"));
+    dialog.setAcceptMode(opening ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+    dialog.setFileMode(opening ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    // The save flow asks about replacing a file itself, with its own words.
+    if (!opening)
+        dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    const QString path = dialog.selectedFiles().constFirst();
+    lastFolder = QFileInfo(path).absolutePath();
+    return path;
+}
+
+MainController::MainController(ui::MainWindow& window, Interaction& ui, Options options)
+    : QObject(&window),
+      window_(window),
+      ui_(ui),
+      flowUi_(std::make_unique<FlowInteraction>(ui, *required<QTabWidget>(window, "TabList"))),
+      ports_(std::move(options.ports)),
+      makeLine_(options.lineFactory ? std::move(options.lineFactory) : LineFactory(makeQtSerialLine)),
+      chooseFile_(options.fileChooser ? std::move(options.fileChooser)
+                                      : FileChooser([this](FileDialogKind kind) {
+                                            return chooseSettingsFile(&window_, kind);
+                                        })),
+      systemPorts_(options.systemPorts ? std::move(options.systemPorts) : systemSerialPorts),
+      remember_(std::move(options.remember))
+{
+    const auto connectButton = [this](const char* name, void (MainController::*command)()) {
+        connect(required<QAbstractButton>(window_, name), &QAbstractButton::clicked, this,
+                [this, command] { runCommand([this, command] { (this->*command)(); }); });
+    };
+    connectButton("btDEA", &MainController::activateOrDeactivate);
+    connectButton("btEEPROMLoad", &MainController::readFromStation);
+    connectButton("btEEPROMSave", &MainController::writeToStation);
+    connectButton("btFileLoad", &MainController::loadFromFile);
+    connectButton("btFileSave", &MainController::saveToFile);
+    connectButton("btTisk", &MainController::print);
+    connectButton("btInformace", &MainController::showAbout);
+    connectButton("btKonec", &MainController::exitCommand);
+    connectButton("btPortSettings", &MainController::editPortSettings);
+    (void)required<QComboBox>(window_, "tabPort");
+    (void)required<QAbstractButton>(window_, "CheckWrite");
+
+    connect(&window_, &ui::MainWindow::hideProgressRequested, this, [this] { ui_.hideProgress(); });
+    window_.installEventFilter(this);
+}
+
+MainController::~MainController() = default;
+
+template <class F>
+void MainController::runCommand(F&& command)
+{
+    if (busy_)
+        return;
+    busy_ = true;
+    try {
+        command();
+    } catch (const std::exception& error) {
+        // A fault the flows did not foresee must not take the program and
+        // the open session down with it.
+        ui_.hideProgress();
+        ui_.message(MessageIcon::Stop, "Nastala neočekávaná chyba.", error.what());
+    }
+    busy_ = false;
+    if (closePending_ && !ending_) {
+        closePending_ = false;
+        window_.close();
+    }
+}
+
+QString MainController::deaCaption() const
+{
+    return required<QAbstractButton>(window_, "btDEA")->text();
+}
+
+void MainController::activateOrDeactivate()
+{
+    const QString caption = deaCaption();
+    if (caption == fromCore(kActivateCaption))
+        activate();
+    else if (caption == fromCore(kDeactivateCaption))
+        (void)deactivate();
+}
+
+void MainController::activate()
+{
+    const QString portText = required<QComboBox>(window_, "tabPort")->currentText();
+    closeSession();
+    const auto device = ports_.device(portText.toStdString());
+    if (device)
+        line_ = makeLine_(*device);
+    if (!line_) {
+        ui_.message(MessageIcon::Stop, "Nelze otevřít port " + portText.toStdString());
+        return;
+    }
+    io_ = std::make_unique<link::LineIo>(*line_, *flowUi_);
+    const link::Activation activation = link::activateLink(*io_, portText.toStdString());
+    if (activation.state == link::ConnectionState::Inactive) {
+        window_.showConnectionState(link::stateWord(link::ConnectionState::Inactive));
+        closeSession();
+        return;
+    }
+    window_.showIdentity(activation.identity);
+    window_.showConnectionState(link::stateWord(activation.state));
+}
+
+bool MainController::deactivate()
+{
+    if (io_ && !link::deactivateLink(*io_))
+        return false;
+    window_.showConnectionState(link::stateWord(link::ConnectionState::Inactive));
+    closeSession();
+    return true;
+}
+
+void MainController::closeSession()
+{
+    io_.reset();
+    if (line_)
+        line_->close();
+    line_.reset();
+}
+
+void MainController::readFromStation()
+{
+    if (!io_)
+        return;
+    window_.readSettings(settings_);
+    const FlowOutcome outcome = link::readStation(*io_, image_, settings_, window_.eepromSize().value_or(0));
+    if (outcome == FlowOutcome::Done)
+        window_.fillSettings(settings_);
+}
+
+void MainController::writeToStation()
+{
+    if (!io_)
+        return;
+    window_.readSettings(settings_);
+    // The flow names the first conflicting output cell in its message; the
+    // technician is taken to that cell, its page shown before the message.
+    const auto conflicts = outputCrossCheck(settings_);
+    QWidget* conflictCell = nullptr;
+    if (!conflicts.empty()) {
+        const OutputConflict& first = conflicts.front();
+        const int row = static_cast<int>(first.row);
+        if (const FieldInfo* info = findField(first.field))
+            required<QTabWidget>(window_, "TabList")->setCurrentIndex(static_cast<int>(info->pageOfRow(first.row)));
+        conflictCell = window_.field(QString::fromStdString(first.field), row);
+    }
+    const auto checkWrite = required<QAbstractButton>(window_, "CheckWrite")->isChecked();
+    const FlowOutcome outcome =
+        link::writeStation(*io_, image_, settings_, window_.eepromSize().value_or(0), checkWrite);
+    if (outcome == FlowOutcome::Rejected && conflictCell)
+        conflictCell->setFocus(Qt::OtherFocusReason);
+}
+
+void MainController::loadFromFile()
+{
+    const auto path = chooseFile_(FileDialogKind::Open);
+    if (!path)
+        return;
+    window_.readSettings(settings_);
+    if (loadSettingsFile(toPath(*path), image_, settings_, *flowUi_) == FlowOutcome::Done)
+        window_.fillSettings(settings_);
+}
+
+void MainController::saveToFile()
+{
+    const auto path = chooseFile_(FileDialogKind::Save);
+    if (!path)
+        return;
+    window_.readSettings(settings_);
+    (void)saveSettingsFile(toPath(*path), image_, settings_, *flowUi_);
+}
+
+void MainController::print()
+{
+    ui_.message(MessageIcon::Information, kPrintingNotAvailable);
+}
+
+void MainController::showAbout()
+{
+    AboutDialog about(&window_);
+    about.exec();
+}
+
+void MainController::editPortSettings()
+{
+    PortSettingsDialog dialog(ports_, systemPorts_(), &window_);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    ports_ = dialog.ports();
+    if (remember_)
+        remember_(ports_);
+}
+
+void MainController::exitCommand()
+{
+    if (deaCaption() == fromCore(kDeactivateCaption)) {
+        switch (ui_.ask(MessageIcon::Question, kStillProgramming, Buttons::YesNoCancel)) {
+        case Answer::Yes:
+            // The program ends whatever the deactivation says.
+            (void)deactivate();
+            break;
+        case Answer::No:
+            break;
+        case Answer::Cancel:
+        case Answer::Ok:
+            return;
+        }
+    }
+    endProgram();
+}
+
+void MainController::endProgram()
+{
+    // Ends without the closing question: it was asked already, or there was
+    // nothing to ask.
+    ending_ = true;
+    closeSession();
+    window_.close();
+    emit exitRequested();
+}
+
+bool MainController::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != &window_ || event->type() != QEvent::Close || ending_)
+        return QObject::eventFilter(watched, event);
+    if (busy_) {
+        // A flow is waiting for the station inside the event loop; the
+        // window closes as soon as it has ended.
+        closePending_ = true;
+        event->ignore();
+        return true;
+    }
+    busy_ = true;
+    if (deaCaption() == fromCore(kDeactivateCaption)
+        && ui_.ask(MessageIcon::Question, kStillProgramming, Buttons::YesNo) == Answer::Yes)
+        (void)deactivate();
+    busy_ = false;
+    // The window cannot refuse to close.
+    ending_ = true;
+    closeSession();
+    emit exitRequested();
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace rm8::shell
