@@ -9,6 +9,10 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kBlock = 8;
+// Longer than any request; what runs past it without a terminator is line
+// noise, and the station's buffer would have overrun long before.
+constexpr std::size_t kLongestRequest = 256;
+constexpr unsigned kBitsPerByte = 10; // start bit, 8 data bits, stop bit
 
 Bytes hex(std::initializer_list<std::uint8_t> values)
 {
@@ -23,47 +27,112 @@ std::size_t addressOf(const Bytes& request)
     return link::hexPairToByte(request[1], request[2]) + 256u * link::hexPairToByte(request[3], request[4]);
 }
 
+bool isBlockRequest(const Bytes& request)
+{
+    return !request.empty() && (request[0] == 4 || request[0] == 5);
+}
+
 } // namespace
+
+std::chrono::nanoseconds LineEmulation::wireTime(std::size_t bytes) const
+{
+    if (baud == 0)
+        return std::chrono::nanoseconds(0);
+    return std::chrono::nanoseconds(static_cast<std::int64_t>(bytes) * kBitsPerByte * 1'000'000'000 / baud);
+}
 
 std::size_t memoryBytes(std::uint8_t memorySizeCode)
 {
     return (std::size_t{1} << (memorySizeCode + 7u)) - 64;
 }
 
-StationSimulator::StationSimulator(StationProfile profile, std::vector<std::uint8_t> eeprom)
-    : profile_(profile), eeprom_(std::move(eeprom))
+StationSimulator::StationSimulator(StationProfile profile, std::vector<std::uint8_t> eeprom,
+                                   StationBehaviour behaviour)
+    : profile_(profile), behaviour_(behaviour), eeprom_(std::move(eeprom))
 {
     // An unprogrammed EEPROM reads as 0xFF throughout.
     eeprom_.resize(memoryBytes(profile_.memorySizeCode) + 64, 0xFF);
 }
 
-std::vector<std::uint8_t> StationSimulator::receive(std::span<const std::uint8_t> bytes)
+std::vector<Reply> StationSimulator::respond(std::span<const std::uint8_t> bytes)
 {
-    Bytes out;
+    std::vector<Reply> out;
     for (std::uint8_t b : bytes) {
-        pending_.push_back(b);
-        if (b != link::kTerminator)
+        if (hungUp_)
+            break;
+        if (b != link::kTerminator) {
+            if (pending_.size() < kLongestRequest)
+                pending_.push_back(b);
+            else
+                pending_.clear(); // overrun: what was collected is no request any more
             continue;
+        }
         Bytes frame;
         frame.swap(pending_);
-        if (frame.size() < 2 || frameChecksum(std::span(frame).first(frame.size() - 2)) != frame[frame.size() - 2])
+        frame.push_back(b);
+        if (frame.size() < 3 || frameChecksum(std::span(frame).first(frame.size() - 2)) != frame[frame.size() - 2])
             continue; // a garbled request gets no answer, as on a real line
         frame.resize(frame.size() - 2);
         ++frames_;
-        if (auto reply = answer(frame)) {
-            const Bytes wire = link::encodeFrame(*reply);
-            out.insert(out.end(), wire.begin(), wire.end());
+        if (behaviour_.keepRequests)
+            requests_.push_back(frame);
+        if (auto reply = answer(frame))
+            out.push_back(shape(frame, *reply));
+        if (isBlockRequest(frame)) {
+            ++blockRequests_;
+            const unsigned limit = behaviour_.faults.hangUpAfterBlocks;
+            if (limit != 0 && blockRequests_ >= limit)
+                hungUp_ = true;
         }
     }
     return out;
 }
 
+std::vector<std::uint8_t> StationSimulator::receive(std::span<const std::uint8_t> bytes)
+{
+    Bytes out;
+    for (const Reply& reply : respond(bytes))
+        if (reply.sent())
+            out.insert(out.end(), reply.bytes.begin(), reply.bytes.end());
+    return out;
+}
+
+Reply StationSimulator::shape(const Bytes& request, const Bytes& data)
+{
+    const StationFaults& faults = behaviour_.faults;
+    const std::size_t number = ++replies_;
+    const auto every = [number](unsigned n) { return n != 0 && number % n == 0; };
+
+    Reply reply;
+    reply.bytes = link::encodeFrame(data);
+    if (behaviour_.line.baud != 0) {
+        // Both frames as they would travel the cable (with checksum and
+        // terminator), the request having gone out at once on the pty.
+        reply.delay = behaviour_.line.wireTime(request.size() + 2 + reply.bytes.size());
+        if (request[0] == 5)
+            reply.delay += behaviour_.line.writeTime;
+    }
+    if (every(faults.dropEvery)) {
+        reply.fault = ReplyFault::Dropped;
+    } else if (every(faults.badChecksumEvery)) {
+        reply.fault = ReplyFault::BadChecksum;
+        auto& check = reply.bytes[reply.bytes.size() - 2];
+        check = static_cast<std::uint8_t>(check + 1);
+        if (check == link::kTerminator) // a checksum of 13 would end the frame early
+            check = static_cast<std::uint8_t>(check + 1);
+    } else if (every(faults.lateEvery)) {
+        reply.fault = ReplyFault::Late;
+        reply.delay += faults.lateBy;
+    }
+    return reply;
+}
+
 std::optional<std::vector<std::uint8_t>> StationSimulator::answer(const Bytes& request)
 {
-    if (request.empty())
-        return std::nullopt;
     switch (request[0]) {
     case 1:
+        if (attentions_++ < behaviour_.faults.silentAttentions)
+            return std::nullopt;
         programming_ = true;
         return Bytes{129};
     case 2: {
@@ -94,9 +163,13 @@ std::optional<std::vector<std::uint8_t>> StationSimulator::answer(const Bytes& r
         if (request.size() < 5 + 2 * kBlock)
             return std::nullopt;
         const std::size_t address = addressOf(request);
-        for (std::size_t k = 0; k < kBlock; ++k)
+        for (std::size_t k = 0; k < kBlock; ++k) {
+            auto value = link::hexPairToByte(request[5 + 2 * k], request[6 + 2 * k]);
+            if (k == 0 && behaviour_.faults.corruptWrites)
+                value = static_cast<std::uint8_t>(~value);
             if (address + k < eeprom_.size())
-                eeprom_[address + k] = link::hexPairToByte(request[5 + 2 * k], request[6 + 2 * k]);
+                eeprom_[address + k] = value;
+        }
         return Bytes{133};
     }
     case 6:
