@@ -27,7 +27,7 @@ Příkazy pro soubory nastavení:
         vypíše každé porušení pravidel stanice (pole, řádek, zpráva); s --eeprom-size
         i kontrolu velikosti nastavení; úpravy číselných polí vypíše zvlášť
 
-Příkazy pro stanici (PORT je "COM n" = /dev/ttyS(n-1), nebo cesta k zařízení):
+Příkazy pro stanici (PORT je "COM n", nebo cesta k zařízení):
   identify --port PORT
         produkt, verze, velikost paměti, modem a stav spojení
   read --port PORT --out SOUBOR [--json | --raw] [--yes]
@@ -35,7 +35,10 @@ Příkazy pro stanici (PORT je "COM n" = /dev/ttyS(n-1), nebo cesta k zařízen�
   write --port PORT SOUBOR.eep|NASTAVENI.json [--verify] [--force]
         zapíše nastavení do stanice (--verify kontroluje zápis každého bloku)
   --search-timeout S   jak dlouho hledat stanici (výchozí 30 s), pak jako Storno
-  Ctrl-C působí jako Storno.
+  --com "COM n=ZAŘÍZENÍ[,COM m=ZAŘÍZENÍ]"
+                       tabulka portů; bez ní je COM n zařízení /dev/ttyS(n-1)
+  --trace SOUBOR       zapíše každý odeslaný a přijatý rámec s časem (pro podporu)
+  Ctrl-C působí jako Storno. Na terminálu ukazuje přenos počet bloků a zbývající čas.
 
 encode odmítne nastavení, která porušují pravidla stanice, pokud není dána volba --force.
 
@@ -65,7 +68,7 @@ constexpr CommandEntry kCommands[] = {
 int main(int argc, char** argv)
 {
     const std::vector<std::string> words(argv + 1, argv + argc);
-    const rm8::ctl::OptionSet options{{"--out", "--base", "--eeprom-size", "--port", "--search-timeout"},
+    const rm8::ctl::OptionSet options{{"--out", "--base", "--eeprom-size", "--port", "--search-timeout", "--com", "--trace"},
                                        {"--yes", "--help", "--force", "--json", "--raw", "--verify"}};
     auto arguments = rm8::ctl::parseArguments(words, options);
     if (!arguments) {

@@ -3,6 +3,10 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
+#include <memory>
+#include <optional>
+
+#include <unistd.h>
 
 #include "common/atomic_file.h"
 #include "ctl/check_command.h"
@@ -11,7 +15,10 @@
 #include "ctl/file_commands.h"
 #include "fields/settings_json.h"
 #include "flow/file_flows.h"
+#include "ctl/progress_bar.h"
+#include "link/frame_log.h"
 #include "link/posix_serial_line.h"
+#include "link/tracing_line.h"
 #include "link/session.h"
 #include "link/station_flows.h"
 #include "settings/conversions.h"
@@ -30,11 +37,13 @@ void onInterrupt(int)
 }
 
 // Prints the flows' messages as they come; Ctrl-C is Storno; the search for
-// the station gives up after a time, as a technician would press Storno.
+// the station gives up after a time, as a technician would press Storno. On a
+// terminal a transfer shows a bar with the blocks done and the time left.
 class StationInteraction : public Interaction {
 public:
-    StationInteraction(std::ostream& out, std::ostream& err, bool answerYes, std::chrono::seconds searchLimit)
-        : out_(out), err_(err), answerYes_(answerYes), searchLimit_(searchLimit)
+    StationInteraction(std::ostream& out, std::ostream& err, bool answerYes, std::chrono::seconds searchLimit,
+                       bool showBar)
+        : out_(out), err_(err), answerYes_(answerYes), searchLimit_(searchLimit), bar_(showBar)
     {
         std::signal(SIGINT, onInterrupt);
     }
@@ -44,14 +53,30 @@ public:
         interrupted = false;
         searchDeadline_ = text == link::kSearchingText ? std::optional(link::Clock::now() + searchLimit_)
                                                        : std::nullopt;
+        endBar();
+        if (bar_.enabled())
+            err_ << text << '\n';
+        bar_.start();
     }
-    void hideProgress() override { searchDeadline_.reset(); }
+    void hideProgress() override
+    {
+        searchDeadline_.reset();
+        endBar();
+    }
+    void progressBlocks(std::size_t done, std::size_t total) override
+    {
+        if (const auto line = bar_.update(done, total); !line.empty()) {
+            err_ << '\r' << line << std::flush;
+            barShown_ = true;
+        }
+    }
     bool cancelRequested() override
     {
         return interrupted || (searchDeadline_ && link::Clock::now() >= *searchDeadline_);
     }
     void message(MessageIcon icon, std::string_view text, std::string_view detail) override
     {
+        endBar();
         std::ostream& stream = icon == MessageIcon::Information ? out_ : err_;
         stream << text;
         if (!detail.empty())
@@ -60,29 +85,53 @@ public:
     }
     Answer ask(MessageIcon, std::string_view question, Buttons) override
     {
+        endBar();
         err_ << question << (answerYes_ ? " Ano\n" : " Ne\n");
         return answerYes_ ? Answer::Yes : Answer::No;
     }
 
 private:
+    void endBar()
+    {
+        if (barShown_)
+            err_ << '\n';
+        barShown_ = false;
+    }
+
     std::ostream& out_;
     std::ostream& err_;
     bool answerYes_;
     std::chrono::seconds searchLimit_;
     std::optional<link::Clock::time_point> searchDeadline_;
+    ProgressBar bar_;
+    bool barShown_ = false;
 };
 
+// The line to the station, with every frame written to the --trace file when
+// one is asked for.
 struct Connection {
-    link::PosixSerialLine line;
+    link::PosixSerialLine port;
+    std::unique_ptr<link::FrameLog> log;
+    std::optional<link::TracingLine> traced;
     StationInteraction ui;
     link::LineIo io;
     link::Activation activation;
 
-    Connection(const Arguments& arguments, std::ostream& out, std::ostream& err)
-        : line(devicePath(*arguments.value("--port")))
-        , ui(out, err, arguments.has("--yes"), searchLimit(arguments))
-        , io(line, ui)
+    Connection(const Arguments& arguments, const std::string& device, std::unique_ptr<link::FrameLog> frameLog,
+               std::ostream& out, std::ostream& err)
+        : port(device)
+        , log(std::move(frameLog))
+        , traced(log ? std::optional<link::TracingLine>(std::in_place, port, sink(*log)) : std::nullopt)
+        , ui(out, err, arguments.has("--yes"), searchLimit(arguments), ::isatty(STDERR_FILENO) == 1)
+        , io(traced ? static_cast<link::SerialLine&>(*traced) : port, ui)
     {
+    }
+
+    static link::TracingLine::Sink sink(link::FrameLog& frameLog)
+    {
+        return [&frameLog](link::FrameDirection direction, std::span<const std::uint8_t> bytes) {
+            frameLog.record(direction, bytes);
+        };
     }
 
     static std::chrono::seconds searchLimit(const Arguments& arguments)
@@ -97,13 +146,38 @@ struct Connection {
     }
 };
 
-int needPort(const Arguments& arguments, std::ostream& err)
+// Everything a station command needs before it touches the line: the port
+// and the device it names, and the trace file. Bad options end here.
+std::unique_ptr<Connection> connect(const Arguments& arguments, std::ostream& out, std::ostream& err)
 {
-    if (!arguments.value("--port")) {
+    const auto port = arguments.value("--port");
+    if (!port) {
         err << "rm8ctl: " << arguments.command << ": chybí volba --port PORT\n";
-        return kBadInput;
+        return nullptr;
     }
-    return kSuccess;
+    if (const auto search = arguments.value("--search-timeout");
+        search && (search->empty() || search->find_first_not_of("0123456789") != std::string::npos)) {
+        err << "rm8ctl: --search-timeout: očekáván počet sekund, ne '" << *search << "'\n";
+        return nullptr;
+    }
+    auto map = portMap(arguments);
+    if (!map) {
+        err << "rm8ctl: --com " << map.error() << '\n';
+        return nullptr;
+    }
+    std::unique_ptr<link::FrameLog> log;
+    if (const auto trace = arguments.value("--trace")) {
+        auto opened = link::FrameLog::toFile(*trace);
+        if (!opened) {
+            err << "rm8ctl: --trace: " << opened.error() << '\n';
+            return nullptr;
+        }
+        log = std::move(*opened);
+    }
+    // A port-list name without a device ("COM 0") opens nothing, and the
+    // session says so with its own message.
+    return std::make_unique<Connection>(arguments, map->device(*port).value_or(std::string()), std::move(log), out,
+                                        err);
 }
 
 // Activates; on anything but an active station, releases it and says why.
@@ -123,18 +197,29 @@ int activate(Connection& connection, const std::string& port, std::ostream& err)
 
 } // namespace
 
-std::string devicePath(const std::string& port)
+Expected<link::PortMap, std::string> portMap(const Arguments& arguments)
 {
-    if (port.size() == 5 && port.rfind("COM ", 0) == 0 && port[4] >= '1' && port[4] <= '9')
-        return "/dev/ttyS" + std::to_string(port[4] - '1');
-    return port;
+    link::PortMap map = link::PortMap::platformDefault();
+    const auto table = arguments.value("--com");
+    if (!table)
+        return map;
+    // "COM 1=/dev/ttyUSB0,COM 2=/dev/ttyACM0"
+    std::size_t from = 0;
+    while (from <= table->size()) {
+        const std::size_t comma = std::min(table->find(',', from), table->size());
+        if (auto assigned = map.assign(std::string_view(*table).substr(from, comma - from)); !assigned)
+            return unexpected(assigned.error());
+        from = comma + 1;
+    }
+    return map;
 }
 
 int identifyCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)
 {
-    if (needPort(arguments, err) != kSuccess)
+    const auto opened = connect(arguments, out, err);
+    if (!opened)
         return kBadInput;
-    Connection connection(arguments, out, err);
+    Connection& connection = *opened;
     connection.activation = link::activateLink(connection.io, *arguments.value("--port"));
     if (connection.activation.state == link::ConnectionState::Inactive)
         return kBadInput;
@@ -150,14 +235,15 @@ int identifyCommand(const Arguments& arguments, std::ostream& out, std::ostream&
 
 int readCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)
 {
-    if (needPort(arguments, err) != kSuccess)
-        return kBadInput;
     const auto target = arguments.value("--out");
     if (!target) {
         err << "rm8ctl: read: chybí volba --out SOUBOR\n";
         return kBadInput;
     }
-    Connection connection(arguments, out, err);
+    const auto opened = connect(arguments, out, err);
+    if (!opened)
+        return kBadInput;
+    Connection& connection = *opened;
     if (const int status = activate(connection, *arguments.value("--port"), err); status != kSuccess)
         return status;
     EepromImage image;
@@ -188,8 +274,6 @@ int readCommand(const Arguments& arguments, std::ostream& out, std::ostream& err
 
 int writeCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)
 {
-    if (needPort(arguments, err) != kSuccess)
-        return kBadInput;
     if (arguments.operands.size() != 1) {
         err << "rm8ctl: write: očekáváno 1 jméno souboru (viz rm8ctl --help)\n";
         return kBadInput;
@@ -205,7 +289,10 @@ int writeCommand(const Arguments& arguments, std::ostream& out, std::ostream& er
         err << "rm8ctl: nastavení porušují pravidla stanice a nebyla zapsána (--force je zapíše i tak)\n";
         return kDifferent;
     }
-    Connection connection(arguments, out, err);
+    const auto opened = connect(arguments, out, err);
+    if (!opened)
+        return kBadInput;
+    Connection& connection = *opened;
     if (const int status = activate(connection, *arguments.value("--port"), err); status != kSuccess)
         return status;
     const FlowOutcome outcome = link::writeStation(connection.io, configuration->image, configuration->settings,

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "ctl/arguments.h"
+#include "link/port_map.h"
 
 namespace rm8::ctl {
 
@@ -13,8 +14,8 @@ int identifyCommand(const Arguments& arguments, std::ostream& out, std::ostream&
 int readCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);
 int writeCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);
 
-// "COM n" names the device of the port table (/dev/ttyS(n-1)); anything else
-// is taken as a device path.
-std::string devicePath(const std::string& port);
+// The port table: "COM n" is /dev/ttyS(n-1) unless --com "COM n=DEVICE,..."
+// says otherwise; anything that is not "COM n" is taken as a device path.
+Expected<link::PortMap, std::string> portMap(const Arguments& arguments);
 
 } // namespace rm8::ctl

@@ -1,6 +1,7 @@
 #include "link/line_io.h"
 
 #include <algorithm>
+#include <thread>
 
 #include "link/frame.h"
 
@@ -13,6 +14,14 @@ void LineIo::send(std::span<const std::uint8_t> data)
     (void)line_.write(encodeFrame(data));
 }
 
+void LineIo::waitUntil(Clock::time_point deadline)
+{
+    for (auto now = Clock::now(); now < deadline; now = Clock::now()) {
+        std::this_thread::sleep_for(std::min<Clock::duration>(deadline - now, kTurn));
+        (void)ui_.cancelRequested();
+    }
+}
+
 std::optional<std::vector<std::uint8_t>> LineIo::receive(std::chrono::milliseconds timeout)
 {
     const auto deadline = Clock::now() + timeout;
@@ -22,8 +31,12 @@ std::optional<std::vector<std::uint8_t>> LineIo::receive(std::chrono::millisecon
         if (now >= deadline)
             return std::nullopt;
         auto bytes = line_.read(std::min(deadline, now + kTurn));
-        if (!bytes)
+        if (!bytes) {
+            // A failed line (an adapter pulled out) answers at once; waiting
+            // out the reply time keeps the callers' retries from spinning.
+            waitUntil(deadline);
             return std::nullopt;
+        }
         assembler.add(*bytes);
         // The user interface's turn; Storno is read by the callers between
         // exchanges, never in the middle of one.

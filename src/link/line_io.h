@@ -36,6 +36,8 @@ public:
     Interaction& ui() { return ui_; }
 
 private:
+    void waitUntil(Clock::time_point deadline);
+
     SerialLine& line_;
     Interaction& ui_;
 };

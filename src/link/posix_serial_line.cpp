@@ -52,6 +52,8 @@ void setModemLines(int fd)
 Expected<void, std::string> PosixSerialLine::open()
 {
     close();
+    if (path_.empty())
+        return unexpected(std::string("portu není přiřazeno žádné zařízení"));
     const int fd = ::open(path_.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0)
         return unexpected(path_ + ": " + systemError());
