@@ -1,0 +1,62 @@
+// A failed line (an unplugged adapter) fails every read at once. The reply
+// wait must still last its full time with the user interface getting its
+// turns, or the attention loop and the block retries would spin.
+
+#include <gtest/gtest.h>
+
+#include "link/line_io.h"
+
+namespace rm8::link {
+namespace {
+
+using namespace std::chrono_literals;
+
+class UnpluggedLine : public SerialLine {
+public:
+    Expected<void, std::string> open() override { return {}; }
+    void close() override {}
+    bool isOpen() const override { return true; }
+    Expected<void, std::string> write(std::span<const std::uint8_t>) override
+    {
+        return unexpected(std::string("odpojeno"));
+    }
+    Expected<std::vector<std::uint8_t>, std::string> read(Clock::time_point) override
+    {
+        ++reads;
+        return unexpected(std::string("odpojeno"));
+    }
+    void flushInput() override {}
+    int reads = 0;
+};
+
+class CountingInteraction : public Interaction {
+public:
+    void showProgress(std::string_view, bool) override {}
+    void hideProgress() override {}
+    bool cancelRequested() override
+    {
+        ++turns;
+        return false;
+    }
+    void message(MessageIcon, std::string_view, std::string_view) override {}
+    Answer ask(MessageIcon, std::string_view, Buttons) override { return Answer::No; }
+    int turns = 0;
+};
+
+TEST(LineIo, FailedLineWaitsOutTheReplyTimeWithTurnsForTheUser)
+{
+    UnpluggedLine line;
+    CountingInteraction ui;
+    LineIo io(line, ui);
+    const std::uint8_t attention[] = {1};
+    const auto start = Clock::now();
+    EXPECT_FALSE(io.exchange(attention, 0x81, 300ms));
+    const auto took = Clock::now() - start;
+    EXPECT_GE(took, 300ms);
+    EXPECT_LT(took, 5s);
+    EXPECT_LE(line.reads, 2) << "a failing line must not be asked again and again";
+    EXPECT_GE(ui.turns, 300 / 50 - 1) << "the user interface needs a turn every 50 ms";
+}
+
+} // namespace
+} // namespace rm8::link
