@@ -1,0 +1,347 @@
+#include "ui/main_window.h"
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QColor>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPalette>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include <algorithm>
+#include <array>
+#include <cassert>
+#include <type_traits>
+#include <variant>
+
+#include "fields/field_catalogue.h"
+#include "settings/conversions.h"
+#include "settings/used_size.h"
+#include "ui/field_names.h"
+
+namespace rm8::ui {
+namespace {
+
+const QColor kRed(255, 0, 0);
+const QColor kBlue(0, 0, 255);
+
+const QString kUnknown = QStringLiteral("?");
+const QString kActivate = QStringLiteral("Aktivovat");
+const QString kDeactivate = QStringLiteral("Deaktivovat");
+
+constexpr std::array kServiceCentrePresets = {"+420602909909", "+420603052000", "+420608005681"};
+
+template <class T>
+struct RowElement {
+    using type = void;
+};
+template <class T>
+struct RowElement<Row8<T>> {
+    using type = T;
+};
+
+std::string textOf(const QWidget* widget)
+{
+    if (const auto* edit = qobject_cast<const QLineEdit*>(widget))
+        return edit->text().toStdString();
+    if (const auto* list = qobject_cast<const QComboBox*>(widget))
+        return list->currentText().toStdString();
+    assert(false && "a text field is a line edit or an editable list");
+    return {};
+}
+
+// A loaded text may be longer than a field accepts while typing (a file
+// written by something else, or bytes the encoder never produces). The field
+// then holds it whole, so that saving it again loses nothing, and its limit
+// returns as soon as the text fits (see textField).
+void setTextOf(QWidget* widget, const std::string& text, int limit)
+{
+    const QString value = QString::fromStdString(text);
+    if (auto* edit = qobject_cast<QLineEdit*>(widget)) {
+        if (limit > 0)
+            edit->setMaxLength(std::max<int>(limit, static_cast<int>(value.size())));
+        edit->setText(value);
+    } else if (auto* list = qobject_cast<QComboBox*>(widget)) {
+        list->setEditText(value);
+    } else {
+        assert(false && "a text field is a line edit or an editable list");
+    }
+}
+
+bool checkedOf(const QWidget* widget)
+{
+    const auto* button = qobject_cast<const QAbstractButton*>(widget);
+    assert(button);
+    return button && button->isChecked();
+}
+
+// opEnablePS1 stands for the pair opEnablePS0/opEnablePS1. An exclusive
+// option button cannot be cleared by itself: its partner is selected instead.
+QString optionPartner(const QString& name)
+{
+    assert(name.endsWith(QLatin1Char('1')));
+    return name.chopped(1) + QLatin1Char('0');
+}
+
+void setLabelColour(QLabel* label, const QColor& colour)
+{
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, colour);
+    label->setPalette(palette);
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("Hlavni"));
+    setWindowTitle(QStringLiteral("Inicializační program pro zařízení RM8"));
+    buildWindow();
+
+    fillTables();
+    updateMemoryDisplay();
+    // Only these two, as the station tool always did: rtNotAuthorized starts
+    // enabled until its option is first clicked or settings are filled.
+    applySwitchReport();
+    applyPowerReport();
+    showConnectionState("Neaktivni");
+}
+
+MainWindow::~MainWindow() = default;
+
+QWidget* MainWindow::field(const QString& name, int row) const
+{
+    return named_.value(row < 0 ? name : rowName(name, row), nullptr);
+}
+
+void MainWindow::fillTables()
+{
+    // The lookup tables of station codes live with the link; here only what
+    // the window shows at start.
+    field<QComboBox>(QStringLiteral("tabPort"))->setCurrentIndex(0);
+    field<QPushButton>(QStringLiteral("btDEA"))->setText(kActivate);
+
+    auto* centre = field<QComboBox>(QStringLiteral("tabTCcentra"));
+    const QString typed = centre->currentText();
+    for (const char* number : kServiceCentrePresets)
+        centre->addItem(QString::fromLatin1(number));
+    // The list only offers the presets: adding them must not choose one.
+    centre->setCurrentIndex(-1);
+    centre->setEditText(typed);
+
+    const auto ranges = defaultMeasuringRanges();
+    for (std::size_t row = 0; row < kRows; ++row) {
+        kept_.ranges[row] = ranges[row];
+        const int r = static_cast<int>(row);
+        field<QLineEdit>(QStringLiteral("tabAINCL1Level"), r)
+            ->setText(QString::fromStdString(startupNumberText(ranges[row].lower)));
+        field<QLineEdit>(QStringLiteral("tabAINCL2Level"), r)
+            ->setText(QString::fromStdString(startupNumberText(ranges[row].upper)));
+    }
+    checkEnabled();
+}
+
+void MainWindow::readSettings(StationSettings& settings) const
+{
+    for (const FieldInfo& info : fieldCatalogue()) {
+        const QString name = QString::fromUtf8(info.name.data(), static_cast<qsizetype>(info.name.size()));
+        const auto copyIn = [&](auto member) {
+            using Value = std::remove_cvref_t<decltype(settings.*member)>;
+            using Element = typename RowElement<Value>::type;
+            // Fields without a widget (the dialog-only lists, whole bytes)
+            // come from the window's copy of the record.
+            const auto valueOf = [&]<class T>(const QWidget* widget, const T& kept) -> T {
+                if constexpr (std::is_same_v<T, std::string>)
+                    return widget ? textOf(widget) : kept;
+                else if constexpr (std::is_same_v<T, bool>)
+                    return widget ? checkedOf(widget) : kept;
+                else
+                    return kept;
+            };
+            if constexpr (std::is_void_v<Element>) {
+                settings.*member = valueOf(field(name), kept_.*member);
+            } else {
+                for (std::size_t row = 0; row < kRows; ++row)
+                    (settings.*member)[row] = valueOf(field(name, static_cast<int>(row)), (kept_.*member)[row]);
+            }
+        };
+        std::visit(copyIn, info.member);
+    }
+    settings.ranges = kept_.ranges;
+}
+
+void MainWindow::fillSettings(const StationSettings& settings)
+{
+    loading_ = true;
+    kept_ = settings;
+    for (const FieldInfo& info : fieldCatalogue()) {
+        const QString name = QString::fromUtf8(info.name.data(), static_cast<qsizetype>(info.name.size()));
+        const auto copyOut = [&](auto member) {
+            using Value = std::remove_cvref_t<decltype(settings.*member)>;
+            using Element = typename RowElement<Value>::type;
+            const auto put = [&]<class T>(QWidget* widget, const QString& widgetName, const T& value) {
+                if (!widget)
+                    return; // kept_ holds it
+                if constexpr (std::is_same_v<T, std::string>) {
+                    setTextOf(widget, value, info.maxLength);
+                } else if constexpr (std::is_same_v<T, bool>) {
+                    if (info.shape == FieldShape::OptionPair && !value) {
+                        if (auto* partner = qobject_cast<QAbstractButton*>(field(optionPartner(widgetName))))
+                            partner->setChecked(true);
+                    } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
+                        button->setChecked(value);
+                    }
+                }
+            };
+            if constexpr (std::is_void_v<Element>) {
+                put(field(name), name, settings.*member);
+            } else {
+                for (std::size_t row = 0; row < kRows; ++row) {
+                    const int r = static_cast<int>(row);
+                    put(field(name, r), rowName(name, r), (settings.*member)[row]);
+                }
+            }
+        };
+        std::visit(copyOut, info.member);
+    }
+    loading_ = false;
+
+    // The option handlers react to the new values as if they had been
+    // clicked; the text handlers were silent, so the display is redone once.
+    applySwitchReport();
+    applyPowerReport();
+    applyNotAuthorized();
+    checkEnabled();
+    updateMemoryDisplay();
+}
+
+void MainWindow::showConnectionState(std::string_view stateWord)
+{
+    auto* stateLabel = field<QLabel>(QStringLiteral("tabDeAktivNapis"));
+    auto* port = field(QStringLiteral("tabPort"));
+    auto* portSettings = field(QStringLiteral("btPortSettings"));
+    auto* activate = field<QPushButton>(QStringLiteral("btDEA"));
+    auto* eepromLoad = field(QStringLiteral("btEEPROMLoad"));
+    auto* eepromSave = field(QStringLiteral("btEEPROMSave"));
+
+    // The words are compared exactly, in this order; they carry no
+    // diacritics, the texts shown do.
+    if (stateWord == "Neaktivni") {
+        stateLabel->setText(QStringLiteral("Neaktivní"));
+        setLabelColour(stateLabel, kRed);
+        port->setEnabled(true);
+        portSettings->setEnabled(true);
+        activate->setText(kActivate);
+        eepromSave->setEnabled(false);
+        eepromLoad->setEnabled(false);
+        for (const char* name : {"lblInfoModem", "lblInfoProdukt", "lblInfoVerze", "lblInfoPamSize"})
+            field<QLabel>(QString::fromLatin1(name))->setText(kUnknown);
+        updateMemoryDisplay();
+    } else if (stateWord == "Aktivni-spatna verze") {
+        // A station of a wrong version may be deactivated, but neither read
+        // nor written: the EEPROM commands keep the state they had.
+        stateLabel->setText(QStringLiteral("Chybné zařízení"));
+        setLabelColour(stateLabel, kBlue);
+        port->setEnabled(false);
+        portSettings->setEnabled(false);
+        activate->setText(kDeactivate);
+        updateMemoryDisplay();
+        emit hideProgressRequested();
+    } else if (stateWord == "Aktivni") {
+        stateLabel->setText(QStringLiteral("Aktivní"));
+        setLabelColour(stateLabel, kBlue);
+        port->setEnabled(false);
+        portSettings->setEnabled(false);
+        activate->setText(kDeactivate);
+        eepromSave->setEnabled(true);
+        eepromLoad->setEnabled(true);
+        updateMemoryDisplay();
+    } else {
+        return;
+    }
+    emit connectionStateShown(QString::fromUtf8(stateWord.data(), static_cast<qsizetype>(stateWord.size())));
+}
+
+void MainWindow::showIdentity(const link::StationIdentity& identity)
+{
+    field<QLabel>(QStringLiteral("lblInfoProdukt"))->setText(QString::fromStdString(identity.product));
+    field<QLabel>(QStringLiteral("lblInfoVerze"))->setText(QString::fromStdString(identity.version));
+    field<QLabel>(QStringLiteral("lblInfoPamSize"))->setText(QString::fromStdString(identity.memorySize));
+    field<QLabel>(QStringLiteral("lblInfoModem"))->setText(QString::fromStdString(identity.modem));
+    updateMemoryDisplay();
+}
+
+std::optional<std::size_t> MainWindow::eepromSize() const
+{
+    // The size label reads like the memory table writes it ("  8128 byte");
+    // the number is what stands before the last five characters.
+    const QString text = field<QLabel>(QStringLiteral("lblInfoPamSize"))->text();
+    if (text == kUnknown || text.size() <= 5)
+        return std::nullopt;
+    bool ok = false;
+    const qulonglong size = text.chopped(5).trimmed().toULongLong(&ok);
+    if (!ok)
+        return std::nullopt;
+    return static_cast<std::size_t>(size);
+}
+
+void MainWindow::updateMemoryDisplay()
+{
+    StationSettings current = kept_;
+    readSettings(current);
+    const std::size_t used = usedSize(current);
+
+    auto* usage = field<QLabel>(QStringLiteral("lblInfoPamUsage"));
+    auto* freeRoom = field<QLabel>(QStringLiteral("lblInfoPamFree"));
+    usage->setText(QString::number(used) + QStringLiteral(" byte"));
+    if (const auto size = eepromSize()) {
+        const long long room = static_cast<long long>(*size) - static_cast<long long>(used);
+        freeRoom->setText(QString::number(room) + QStringLiteral(" byte"));
+        setLabelColour(freeRoom, room >= 0 ? kBlue : kRed);
+    } else {
+        freeRoom->setText(kUnknown);
+        setLabelColour(freeRoom, kBlue);
+    }
+}
+
+void MainWindow::checkEnabled()
+{
+    const bool on = field<QRadioButton>(QStringLiteral("opEnablePS1"))->isChecked();
+    for (const char* name : {"lblPSOn1", "lblPSOn2", "lblPSOn3", "eePSOnH", "eePSOnM", "lblPSOff1", "lblPSOff2",
+                             "lblPSOff3", "eePSOffH", "eePSOffM", "opSuperPS", "opPSOutOff"})
+        field(QString::fromLatin1(name))->setEnabled(on);
+}
+
+void MainWindow::applyReportOption(const char* option, std::initializer_list<const char*> dependents)
+{
+    // The texts of disabled fields are kept.
+    const bool on = field<QCheckBox>(QString::fromLatin1(option))->isChecked();
+    for (const char* name : dependents)
+        field(QString::fromLatin1(name))->setEnabled(on);
+}
+
+void MainWindow::applySwitchReport()
+{
+    applyReportOption("opSwitchReport", {"rtSwitchOn", "rtSwitchOff", "txtSwitchOn", "txtSwitchOff"});
+}
+
+void MainWindow::applyPowerReport()
+{
+    applyReportOption("opPowerReport", {"rtPowerUp", "rtPowerDown", "txtPowerUp", "txtPowerDown"});
+}
+
+void MainWindow::applyNotAuthorized()
+{
+    applyReportOption("opNotAuthorized", {"rtNotAuthorized", "txtNotAuthorized"});
+}
+
+void MainWindow::onFieldTextChanged()
+{
+    if (loading_)
+        return;
+    updateMemoryDisplay();
+}
+
+} // namespace rm8::ui
