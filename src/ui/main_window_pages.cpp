@@ -20,6 +20,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cassert>
 
 #include "fields/field_catalogue.h"
@@ -45,7 +46,6 @@ QLabel* plainLabel(const QString& text)
 QLabel* columnHeader(const char* text, const char* toolTip)
 {
     auto* label = plainLabel(u8(text));
-    label->setWordWrap(true);
     label->setAlignment(Qt::AlignHCenter | Qt::AlignBottom);
     if (toolTip)
         label->setToolTip(u8(toolTip));
@@ -102,10 +102,16 @@ QLineEdit* MainWindow::textField(const char* name, int row)
     if (limit > 0)
         edit->setMaxLength(limit);
     edit->setText(QString::fromUtf8(info->initialText.data(), static_cast<qsizetype>(info->initialText.size())));
-    if (limit > 0 && limit <= 8) {
-        // Short numbers: a field as wide as its longest entry.
+    if (limit > 0 && limit <= 50) {
+        // Numbers: as wide as the longest entry, phone numbers at least as
+        // wide as an international one.
         const QFontMetrics metrics(edit->font());
-        edit->setMaximumWidth(metrics.horizontalAdvance(QString(limit + 2, QLatin1Char('0'))) + 12);
+        const auto digits = [&metrics](int count) {
+            return metrics.horizontalAdvance(QString(count, QLatin1Char('0'))) + 12;
+        };
+        edit->setMaximumWidth(digits(limit + 2));
+        if (limit > 8)
+            edit->setMinimumWidth(digits(std::min(limit, 22)));
     }
     connect(edit, &QLineEdit::textChanged, this, [this, edit, limit](const QString& text) {
         // An over-long loaded text raised the limit; it returns once the
@@ -291,15 +297,19 @@ QWidget* MainWindow::buildTable(RowTable table, const char* labelName, std::span
     grid->setVerticalSpacing(4);
 
     int column = 1;
+    bool stretches = false;
     for (const TableColumn& spec : columns) {
         grid->addWidget(columnHeader(spec.header, spec.toolTip), 0, column);
         if (spec.kind != CellKind::Check) {
             const FieldInfo* info = findField(spec.name);
-            const bool wide = info && (info->maxLength == 0 || info->maxLength > 8);
+            const bool wide = info && (info->maxLength == 0 || info->maxLength > 50);
             grid->setColumnStretch(column, wide ? 1 : 0);
+            stretches = stretches || wide;
         }
         ++column;
     }
+    if (!stretches) // keep the columns together on the left
+        grid->setColumnStretch(column + 1, 1);
 
     for (int row = firstRow; row < firstRow + rowCount; ++row) {
         const int gridRow = row - firstRow + 1;
@@ -349,12 +359,12 @@ QWidget* MainWindow::buildInputsPage()
         {CellKind::Text, "tabINPNazev", "Název", "Název vstupu"},
         {CellKind::Text, "tabINPZap", "Zapnuto (1)", "Název stavu zapnuto (1)"},
         {CellKind::Text, "tabINPVyp", "Vypnuto (0)", "Název stavu vypnuto (0)"},
-        {CellKind::Text, "tabINPLH", "Přechod Neaktivní->Aktivní", "Text přechodu 0->1"},
-        {CellKind::Text, "tabINPHL", "Přechod Aktivní->Neaktivní", "Text přechodu 1->0"},
-        {CellKind::Check, "tabINPLHEvent", "Zpráva 0->1", "Poslat zprávu při změně stavu 0->1"},
-        {CellKind::Check, "tabINPHLEvent", "Zpráva 1->0", "Poslat zprávu při změně stavu 1->0"},
+        {CellKind::Text, "tabINPLH", "Přechod\nNeaktivní->Aktivní", "Text přechodu 0->1"},
+        {CellKind::Text, "tabINPHL", "Přechod\nAktivní->Neaktivní", "Text přechodu 1->0"},
+        {CellKind::Check, "tabINPLHEvent", "Zpráva\n0->1", "Poslat zprávu při změně stavu 0->1"},
+        {CellKind::Check, "tabINPHLEvent", "Zpráva\n1->0", "Poslat zprávu při změně stavu 1->0"},
         {CellKind::Check, "tabINPNeg", "Negace", "Negace vstupu"},
-        {CellKind::Check, "tabINPZpr", "Ve zprávě o stavu", "Uvádět tento vstup ve zprávě o stavu"},
+        {CellKind::Check, "tabINPZpr", "Ve zprávě\no stavu", "Uvádět tento vstup ve zprávě o stavu"},
     };
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
@@ -369,9 +379,9 @@ QWidget* MainWindow::buildOutputsPage()
         {CellKind::Text, "tabOUTNazev", "Název", "Název výstupu"},
         {CellKind::Text, "tabOUTZap", "Zapnuto", "Příkaz pro zapnutí"},
         {CellKind::Text, "tabOUTVyp", "Vypnuto", "Příkaz pro vypnutí"},
-        {CellKind::Check, "tabOUTZpr", "Ve zprávě o stavu", "Uvádět tento výstup ve zprávě o stavu"},
+        {CellKind::Check, "tabOUTZpr", "Ve zprávě\no stavu", "Uvádět tento výstup ve zprávě o stavu"},
         {CellKind::Text, "tabOUTimpuls", "Impuls", "Příkaz pro vyslání impulsu"},
-        {CellKind::Text, "tabOUTimpulsLEN", "Délka impulsu [s]", "Délka jednoho impulsu v sekundách"},
+        {CellKind::Text, "tabOUTimpulsLEN", "Délka\nimpulsu [s]", "Délka jednoho impulsu v sekundách"},
         {CellKind::Check, "tabOUTNeg", "Negace", "Negace výstupu"},
     };
     auto* page = new QWidget;
@@ -394,9 +404,9 @@ QWidget* MainWindow::buildAnalogPage(int firstRow)
         {CellKind::Text, "tabAINHCL1Level", "HCL1", "Hodnota hystereze CL1"},
         {CellKind::Text, "tabAINCL2Level", "CL2", "Hodnota úrovně CL2"},
         {CellKind::Text, "tabAINHCL2Level", "HCL2", "Hodnota hystereze CL2"},
-        {CellKind::Check, "tabAINPrc", "Hodnota ve zprávě", "Uvádět ve zprávě o stavu hodnotu"},
+        {CellKind::Check, "tabAINPrc", "Hodnota\nve zprávě", "Uvádět ve zprávě o stavu hodnotu"},
         {CellKind::Check, "tabAINNeg", "Negace", "Negace vstupu"},
-        {CellKind::Check, "tabAINZpr", "Stav ve zprávě", "Uvádět ve zprávě o stavu jméno stavu"},
+        {CellKind::Check, "tabAINZpr", "Stav\nve zprávě", "Uvádět ve zprávě o stavu jméno stavu"},
     };
     static const TableColumn events[] = {
         {CellKind::Event, "tabAINCL1Up", "Přechod nahoru přes CL1", "Hlásit přechod nahoru přes CL1",
