@@ -53,6 +53,7 @@ fuzz() {
 
 fuzz fuzz_settings_file "$seconds" 70000 "$root"/tests/data/*.eep "$root"/tests/data/*.json
 fuzz fuzz_field_rules "${FUZZ_RULES_SECONDS:-15}" 512
+fuzz fuzz_frame_receiver "${FUZZ_FRAME_SECONDS:-15}" 256
 
 if ((failed)); then
   exit 1
