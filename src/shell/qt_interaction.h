@@ -6,12 +6,11 @@
 #include <QPointer>
 
 #include "flow/interaction.h"
+#include "shell/progress_window.h"
 
 class QWidget;
 
 namespace rm8::shell {
-
-class ProgressWindow;
 
 class QtInteraction : public Interaction {
 public:

@@ -119,7 +119,7 @@ struct Rig {
     {
         std::size_t count = 0;
         for (const auto& frame : requests())
-            count += !frame.empty() && frame.front() == code ? 1 : 0;
+            count += !frame.empty() && frame.front() == code ? std::size_t{1} : std::size_t{0};
         return count;
     }
     bool leaveRequestSent() const
