@@ -31,14 +31,12 @@ const QString kUnknown = QStringLiteral("?");
 const QString kActivate = QStringLiteral("Aktivovat");
 const QString kDeactivate = QStringLiteral("Deaktivovat");
 
-constexpr std::array kServiceCentrePresets = {"+420602909909", "+420603052000", "+420608005681"};
+constexpr std::array kServiceCentrePresets = { "+420602909909", "+420603052000", "+420608005681" };
 
-template <class T>
-struct RowElement {
+template <class T> struct RowElement {
     using type = void;
 };
-template <class T>
-struct RowElement<Row8<T>> {
+template <class T> struct RowElement<Row8<T>> {
     using type = T;
 };
 
@@ -94,7 +92,8 @@ void setLabelColour(QLabel* label, const QColor& colour)
 
 } // namespace
 
-MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent)
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent)
 {
     setObjectName(QStringLiteral("Hlavni"));
     setWindowTitle(QStringLiteral("Inicializační program pro zařízení RM8"));
@@ -236,7 +235,7 @@ void MainWindow::showConnectionState(std::string_view stateWord)
         activate->setText(kActivate);
         eepromSave->setEnabled(false);
         eepromLoad->setEnabled(false);
-        for (const char* name : {"lblInfoModem", "lblInfoProdukt", "lblInfoVerze", "lblInfoPamSize"})
+        for (const char* name : { "lblInfoModem", "lblInfoProdukt", "lblInfoVerze", "lblInfoPamSize" })
             field<QLabel>(QString::fromLatin1(name))->setText(kUnknown);
         updateMemoryDisplay();
     } else if (stateWord == "Aktivni-spatna verze") {
@@ -309,8 +308,8 @@ void MainWindow::updateMemoryDisplay()
 void MainWindow::checkEnabled()
 {
     const bool on = field<QRadioButton>(QStringLiteral("opEnablePS1"))->isChecked();
-    for (const char* name : {"lblPSOn1", "lblPSOn2", "lblPSOn3", "eePSOnH", "eePSOnM", "lblPSOff1", "lblPSOff2",
-                             "lblPSOff3", "eePSOffH", "eePSOffM", "opSuperPS", "opPSOutOff"})
+    for (const char* name : { "lblPSOn1", "lblPSOn2", "lblPSOn3", "eePSOnH", "eePSOnM", "lblPSOff1", "lblPSOff2",
+             "lblPSOff3", "eePSOffH", "eePSOffM", "opSuperPS", "opPSOutOff" })
         field(QString::fromLatin1(name))->setEnabled(on);
 }
 
@@ -324,17 +323,17 @@ void MainWindow::applyReportOption(const char* option, std::initializer_list<con
 
 void MainWindow::applySwitchReport()
 {
-    applyReportOption("opSwitchReport", {"rtSwitchOn", "rtSwitchOff", "txtSwitchOn", "txtSwitchOff"});
+    applyReportOption("opSwitchReport", { "rtSwitchOn", "rtSwitchOff", "txtSwitchOn", "txtSwitchOff" });
 }
 
 void MainWindow::applyPowerReport()
 {
-    applyReportOption("opPowerReport", {"rtPowerUp", "rtPowerDown", "txtPowerUp", "txtPowerDown"});
+    applyReportOption("opPowerReport", { "rtPowerUp", "rtPowerDown", "txtPowerUp", "txtPowerDown" });
 }
 
 void MainWindow::applyNotAuthorized()
 {
-    applyReportOption("opNotAuthorized", {"rtNotAuthorized", "txtNotAuthorized"});
+    applyReportOption("opNotAuthorized", { "rtNotAuthorized", "txtNotAuthorized" });
 }
 
 void MainWindow::onFieldTextChanged()

@@ -68,11 +68,7 @@ public:
     // The field called name, or name_row for a member of a group of eight.
     QWidget* field(const QString& name, int row = -1) const;
 
-    template <class W>
-    W* field(const QString& name, int row = -1) const
-    {
-        return qobject_cast<W*>(field(name, row));
-    }
+    template <class W> W* field(const QString& name, int row = -1) const { return qobject_cast<W*>(field(name, row)); }
 
 signals:
     // The wrong-version state is shown once the identification has ended;
@@ -95,15 +91,14 @@ private:
     // row label (named labelName_row, or unnamed when labelName is null), the
     // columns, and the row button when buttonName is given.
     QWidget* buildTable(RowTable table, const char* labelName, std::span<const TableColumn> columns, int firstRow,
-                        int rowCount, const char* buttonName = nullptr, const QString& buttonCaption = {});
+        int rowCount, const char* buttonName = nullptr, const QString& buttonCaption = {});
     QWidget* buildLinkPanel();
     QWidget* buildTransferPanel();
     QWidget* buildInformationPanel();
     QWidget* buildProgramPanel();
 
     // Sets the object name and makes the widget findable by field().
-    template <class W>
-    W* named(W* widget, const QString& name)
+    template <class W> W* named(W* widget, const QString& name)
     {
         widget->setObjectName(name);
         named_.insert(name, widget);

@@ -79,7 +79,7 @@ void reserveWidthFor(QWidget* widget, std::initializer_list<const char*> caption
 } // namespace
 
 enum class CellKind {
-    Text,  // a text field
+    Text, // a text field
     Check, // a check box, centred
     Event, // a check box (secondName) and its text (name) in one cell
 };
@@ -106,9 +106,8 @@ QLineEdit* MainWindow::textField(const char* name, int row)
         // Numbers: as wide as the longest entry, phone numbers at least as
         // wide as an international one.
         const QFontMetrics metrics(edit->font());
-        const auto digits = [&metrics](int count) {
-            return metrics.horizontalAdvance(QString(count, QLatin1Char('0'))) + 12;
-        };
+        const auto digits
+            = [&metrics](int count) { return metrics.horizontalAdvance(QString(count, QLatin1Char('0'))) + 12; };
         edit->setMaximumWidth(digits(limit + 2));
         if (limit > 8)
             edit->setMinimumWidth(digits(std::min(limit, 22)));
@@ -198,15 +197,15 @@ QWidget* MainWindow::buildGeneralPage()
     savingGrid->addWidget(savingOff, 0, 0, 1, 6);
     savingGrid->addWidget(savingOn, 1, 0, 1, 6);
 
-    const auto addPeriod = [&](int gridRow, const char* prefix, const char* caption, const char* hours,
-                               const char* minutes) {
-        const QString base = u8(prefix);
-        savingGrid->addWidget(named(plainLabel(u8(caption)), base + QLatin1Char('1')), gridRow, 0);
-        savingGrid->addWidget(textField(hours), gridRow, 1);
-        savingGrid->addWidget(named(plainLabel(u8("hod.")), base + QLatin1Char('2')), gridRow, 2);
-        savingGrid->addWidget(textField(minutes), gridRow, 3);
-        savingGrid->addWidget(named(plainLabel(u8("min.")), base + QLatin1Char('3')), gridRow, 4);
-    };
+    const auto addPeriod
+        = [&](int gridRow, const char* prefix, const char* caption, const char* hours, const char* minutes) {
+              const QString base = u8(prefix);
+              savingGrid->addWidget(named(plainLabel(u8(caption)), base + QLatin1Char('1')), gridRow, 0);
+              savingGrid->addWidget(textField(hours), gridRow, 1);
+              savingGrid->addWidget(named(plainLabel(u8("hod.")), base + QLatin1Char('2')), gridRow, 2);
+              savingGrid->addWidget(textField(minutes), gridRow, 3);
+              savingGrid->addWidget(named(plainLabel(u8("min.")), base + QLatin1Char('3')), gridRow, 4);
+          };
     addPeriod(2, "lblPSOn", "Doba zapnutého modemu ................................", "eePSOnH", "eePSOnM");
     addPeriod(3, "lblPSOff", "Doba vypnutého modemu ................................", "eePSOffH", "eePSOffM");
     savingGrid->addWidget(checkField("opSuperPS", -1, u8("Super šetřící režim")), 4, 0, 1, 6);
@@ -227,37 +226,37 @@ QWidget* MainWindow::buildSmsPage()
     columns->addLayout(right, 1);
 
     // An option with the two report texts it switches on and off.
-    const auto reportFrame = [&](const char* frameName, const char* caption, const char* option,
-                                 const char* optionCaption, const char* firstLabel, const char* firstCaption,
-                                 const char* firstText, const char* secondLabel, const char* secondCaption,
-                                 const char* secondText) {
-        auto* frame = named(new QGroupBox(u8(caption)), u8(frameName));
-        auto* grid = new QGridLayout(frame);
-        grid->addWidget(checkField(option, -1, u8(optionCaption)), 0, 0, 1, 2);
-        grid->addWidget(named(plainLabel(u8(firstCaption)), u8(firstLabel)), 1, 0);
-        grid->addWidget(textField(firstText), 1, 1);
-        grid->addWidget(named(plainLabel(u8(secondCaption)), u8(secondLabel)), 2, 0);
-        grid->addWidget(textField(secondText), 2, 1);
-        grid->setColumnStretch(1, 1);
-        return frame;
-    };
+    const auto reportFrame
+        = [&](const char* frameName, const char* caption, const char* option, const char* optionCaption,
+              const char* firstLabel, const char* firstCaption, const char* firstText, const char* secondLabel,
+              const char* secondCaption, const char* secondText) {
+              auto* frame = named(new QGroupBox(u8(caption)), u8(frameName));
+              auto* grid = new QGridLayout(frame);
+              grid->addWidget(checkField(option, -1, u8(optionCaption)), 0, 0, 1, 2);
+              grid->addWidget(named(plainLabel(u8(firstCaption)), u8(firstLabel)), 1, 0);
+              grid->addWidget(textField(firstText), 1, 1);
+              grid->addWidget(named(plainLabel(u8(secondCaption)), u8(secondLabel)), 2, 0);
+              grid->addWidget(textField(secondText), 2, 1);
+              grid->setColumnStretch(1, 1);
+              return frame;
+          };
     left->addWidget(reportFrame("Frame1", "Zapnutí/Vypnutí zařízení", "opSwitchReport",
-                                "posílat hlášení o zapnutí/vypnutí", "txtSwitchOn", "Text hlášení při zapnutí:",
-                                "rtSwitchOn", "txtSwitchOff", "Text hlášení při vypnutí:", "rtSwitchOff"));
+        "posílat hlášení o zapnutí/vypnutí", "txtSwitchOn", "Text hlášení při zapnutí:", "rtSwitchOn", "txtSwitchOff",
+        "Text hlášení při vypnutí:", "rtSwitchOff"));
     left->addWidget(reportFrame("Frame9", "Zapnutí/Vypnutí síťového napájení", "opPowerReport",
-                                "posílat hlášení o zapnutí/vypnutí", "txtPowerUp", "Text hlášení při zapnutí:",
-                                "rtPowerUp", "txtPowerDown", "Text hlášení při vypnutí:", "rtPowerDown"));
-    connect(field<QCheckBox>(QStringLiteral("opSwitchReport")), &QCheckBox::toggled, this,
-            [this] { applySwitchReport(); });
-    connect(field<QCheckBox>(QStringLiteral("opPowerReport")), &QCheckBox::toggled, this,
-            [this] { applyPowerReport(); });
+        "posílat hlášení o zapnutí/vypnutí", "txtPowerUp", "Text hlášení při zapnutí:", "rtPowerUp", "txtPowerDown",
+        "Text hlášení při vypnutí:", "rtPowerDown"));
+    connect(
+        field<QCheckBox>(QStringLiteral("opSwitchReport")), &QCheckBox::toggled, this, [this] { applySwitchReport(); });
+    connect(
+        field<QCheckBox>(QStringLiteral("opPowerReport")), &QCheckBox::toggled, this, [this] { applyPowerReport(); });
 
     auto* battery = named(new QGroupBox(u8("Baterie")), QStringLiteral("Frame2"));
     auto* batteryLayout = new QVBoxLayout(battery);
     batteryLayout->addWidget(checkField("opBatt", -1, u8("při poklesu napětí pod CL1 vypnout zařízení")));
     batteryLayout->addWidget(named(plainLabel(u8("Text hlášení při poklesu napětí")), QStringLiteral("txtBattLow1")));
-    batteryLayout->addWidget(named(plainLabel(u8(" = text při přechodu CL1 dolu u analog.vstup BAT:")),
-                                   QStringLiteral("txtBattLow2")));
+    batteryLayout->addWidget(
+        named(plainLabel(u8(" = text při přechodu CL1 dolu u analog.vstup BAT:")), QStringLiteral("txtBattLow2")));
     batteryLayout->addWidget(textField("rtBattLow"));
     left->addWidget(battery);
     left->addStretch(1);
@@ -288,7 +287,7 @@ QWidget* MainWindow::buildSmsPage()
 }
 
 QWidget* MainWindow::buildTable(RowTable table, const char* labelName, std::span<const TableColumn> columns,
-                                int firstRow, int rowCount, const char* buttonName, const QString& buttonCaption)
+    int firstRow, int rowCount, const char* buttonName, const QString& buttonCaption)
 {
     auto* box = new QWidget;
     auto* grid = new QGridLayout(box);
@@ -356,15 +355,15 @@ QWidget* MainWindow::buildTable(RowTable table, const char* labelName, std::span
 QWidget* MainWindow::buildInputsPage()
 {
     static const TableColumn columns[] = {
-        {CellKind::Text, "tabINPNazev", "Název", "Název vstupu"},
-        {CellKind::Text, "tabINPZap", "Zapnuto (1)", "Název stavu zapnuto (1)"},
-        {CellKind::Text, "tabINPVyp", "Vypnuto (0)", "Název stavu vypnuto (0)"},
-        {CellKind::Text, "tabINPLH", "Přechod\nNeaktivní->Aktivní", "Text přechodu 0->1"},
-        {CellKind::Text, "tabINPHL", "Přechod\nAktivní->Neaktivní", "Text přechodu 1->0"},
-        {CellKind::Check, "tabINPLHEvent", "Zpráva\n0->1", "Poslat zprávu při změně stavu 0->1"},
-        {CellKind::Check, "tabINPHLEvent", "Zpráva\n1->0", "Poslat zprávu při změně stavu 1->0"},
-        {CellKind::Check, "tabINPNeg", "Negace", "Negace vstupu"},
-        {CellKind::Check, "tabINPZpr", "Ve zprávě\no stavu", "Uvádět tento vstup ve zprávě o stavu"},
+        { CellKind::Text, "tabINPNazev", "Název", "Název vstupu" },
+        { CellKind::Text, "tabINPZap", "Zapnuto (1)", "Název stavu zapnuto (1)" },
+        { CellKind::Text, "tabINPVyp", "Vypnuto (0)", "Název stavu vypnuto (0)" },
+        { CellKind::Text, "tabINPLH", "Přechod\nNeaktivní->Aktivní", "Text přechodu 0->1" },
+        { CellKind::Text, "tabINPHL", "Přechod\nAktivní->Neaktivní", "Text přechodu 1->0" },
+        { CellKind::Check, "tabINPLHEvent", "Zpráva\n0->1", "Poslat zprávu při změně stavu 0->1" },
+        { CellKind::Check, "tabINPHLEvent", "Zpráva\n1->0", "Poslat zprávu při změně stavu 1->0" },
+        { CellKind::Check, "tabINPNeg", "Negace", "Negace vstupu" },
+        { CellKind::Check, "tabINPZpr", "Ve zprávě\no stavu", "Uvádět tento vstup ve zprávě o stavu" },
     };
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
@@ -376,13 +375,13 @@ QWidget* MainWindow::buildInputsPage()
 QWidget* MainWindow::buildOutputsPage()
 {
     static const TableColumn columns[] = {
-        {CellKind::Text, "tabOUTNazev", "Název", "Název výstupu"},
-        {CellKind::Text, "tabOUTZap", "Zapnuto", "Příkaz pro zapnutí"},
-        {CellKind::Text, "tabOUTVyp", "Vypnuto", "Příkaz pro vypnutí"},
-        {CellKind::Check, "tabOUTZpr", "Ve zprávě\no stavu", "Uvádět tento výstup ve zprávě o stavu"},
-        {CellKind::Text, "tabOUTimpuls", "Impuls", "Příkaz pro vyslání impulsu"},
-        {CellKind::Text, "tabOUTimpulsLEN", "Délka\nimpulsu [s]", "Délka jednoho impulsu v sekundách"},
-        {CellKind::Check, "tabOUTNeg", "Negace", "Negace výstupu"},
+        { CellKind::Text, "tabOUTNazev", "Název", "Název výstupu" },
+        { CellKind::Text, "tabOUTZap", "Zapnuto", "Příkaz pro zapnutí" },
+        { CellKind::Text, "tabOUTVyp", "Vypnuto", "Příkaz pro vypnutí" },
+        { CellKind::Check, "tabOUTZpr", "Ve zprávě\no stavu", "Uvádět tento výstup ve zprávě o stavu" },
+        { CellKind::Text, "tabOUTimpuls", "Impuls", "Příkaz pro vyslání impulsu" },
+        { CellKind::Text, "tabOUTimpulsLEN", "Délka\nimpulsu [s]", "Délka jednoho impulsu v sekundách" },
+        { CellKind::Check, "tabOUTNeg", "Negace", "Negace výstupu" },
     };
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
@@ -396,25 +395,25 @@ QWidget* MainWindow::buildAnalogPage(int firstRow)
     // Twenty columns do not fit a screen's width: the names, states and
     // levels form one band, the level-crossing messages a second band below.
     static const TableColumn states[] = {
-        {CellKind::Text, "tabAINNazev", "Název", "Název analogového vstupu"},
-        {CellKind::Text, "tabAINStateL", "LOW", "Název stavu LOW (nízká)"},
-        {CellKind::Text, "tabAINStateM", "MEDIUM", "Název stavu MEDIUM (normální)"},
-        {CellKind::Text, "tabAINStateH", "HIGH", "Název stavu HIGH (vysoká)"},
-        {CellKind::Text, "tabAINCL1Level", "CL1", "Hodnota úrovně CL1"},
-        {CellKind::Text, "tabAINHCL1Level", "HCL1", "Hodnota hystereze CL1"},
-        {CellKind::Text, "tabAINCL2Level", "CL2", "Hodnota úrovně CL2"},
-        {CellKind::Text, "tabAINHCL2Level", "HCL2", "Hodnota hystereze CL2"},
-        {CellKind::Check, "tabAINPrc", "Hodnota\nve zprávě", "Uvádět ve zprávě o stavu hodnotu"},
-        {CellKind::Check, "tabAINNeg", "Negace", "Negace vstupu"},
-        {CellKind::Check, "tabAINZpr", "Stav\nve zprávě", "Uvádět ve zprávě o stavu jméno stavu"},
+        { CellKind::Text, "tabAINNazev", "Název", "Název analogového vstupu" },
+        { CellKind::Text, "tabAINStateL", "LOW", "Název stavu LOW (nízká)" },
+        { CellKind::Text, "tabAINStateM", "MEDIUM", "Název stavu MEDIUM (normální)" },
+        { CellKind::Text, "tabAINStateH", "HIGH", "Název stavu HIGH (vysoká)" },
+        { CellKind::Text, "tabAINCL1Level", "CL1", "Hodnota úrovně CL1" },
+        { CellKind::Text, "tabAINHCL1Level", "HCL1", "Hodnota hystereze CL1" },
+        { CellKind::Text, "tabAINCL2Level", "CL2", "Hodnota úrovně CL2" },
+        { CellKind::Text, "tabAINHCL2Level", "HCL2", "Hodnota hystereze CL2" },
+        { CellKind::Check, "tabAINPrc", "Hodnota\nve zprávě", "Uvádět ve zprávě o stavu hodnotu" },
+        { CellKind::Check, "tabAINNeg", "Negace", "Negace vstupu" },
+        { CellKind::Check, "tabAINZpr", "Stav\nve zprávě", "Uvádět ve zprávě o stavu jméno stavu" },
     };
     static const TableColumn events[] = {
-        {CellKind::Event, "tabAINCL1Up", "Přechod nahoru přes CL1", "Hlásit přechod nahoru přes CL1",
-         "tabAINCL1UpEvent"},
-        {CellKind::Event, "tabAINCL1Dn", "Přechod dolu přes CL1", "Hlásit přechod dolu přes CL1", "tabAINCL1DnEvent"},
-        {CellKind::Event, "tabAINCL2Up", "Přechod nahoru přes CL2", "Hlásit přechod nahoru přes CL2",
-         "tabAINCL2UpEvent"},
-        {CellKind::Event, "tabAINCL2Dn", "Přechod dolu přes CL2", "Hlásit přechod dolu přes CL2", "tabAINCL2DnEvent"},
+        { CellKind::Event, "tabAINCL1Up", "Přechod nahoru přes CL1", "Hlásit přechod nahoru přes CL1",
+            "tabAINCL1UpEvent" },
+        { CellKind::Event, "tabAINCL1Dn", "Přechod dolu přes CL1", "Hlásit přechod dolu přes CL1", "tabAINCL1DnEvent" },
+        { CellKind::Event, "tabAINCL2Up", "Přechod nahoru přes CL2", "Hlásit přechod nahoru přes CL2",
+            "tabAINCL2UpEvent" },
+        { CellKind::Event, "tabAINCL2Dn", "Přechod dolu přes CL2", "Hlásit přechod dolu přes CL2", "tabAINCL2DnEvent" },
     };
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
@@ -434,9 +433,9 @@ QWidget* MainWindow::buildAnalogPage(int firstRow)
 QWidget* MainWindow::buildPhonesPage()
 {
     static const TableColumn columns[] = {
-        {CellKind::Text, "tabTC", "Telefonní číslo", nullptr},
-        {CellKind::Check, "tabTCPrijem", "Příjem", "Příkazy z tohoto čísla se přijímají"},
-        {CellKind::Check, "tabTCUdalost", "Události", "Na toto číslo se posílají zprávy o událostech"},
+        { CellKind::Text, "tabTC", "Telefonní číslo", nullptr },
+        { CellKind::Check, "tabTCPrijem", "Příjem", "Příkazy z tohoto čísla se přijímají" },
+        { CellKind::Check, "tabTCUdalost", "Události", "Na toto číslo se posílají zprávy o událostech" },
     };
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
@@ -457,7 +456,7 @@ QWidget* MainWindow::buildLinkPanel()
     auto* grid = new QGridLayout(frame);
 
     auto* port = named(new QComboBox, QStringLiteral("tabPort"));
-    for (const char* name : {"COM 1", "COM 2", "COM 3", "COM 4"})
+    for (const char* name : { "COM 1", "COM 2", "COM 3", "COM 4" })
         port->addItem(u8(name));
     port->setToolTip(u8("Sériový port PC, ke kterému je připojeno zařízení"));
     auto* portSettings = named(new QToolButton, QStringLiteral("btPortSettings"));
@@ -471,12 +470,12 @@ QWidget* MainWindow::buildLinkPanel()
     QFont bold = state->font();
     bold.setBold(true);
     state->setFont(bold);
-    reserveWidthFor(state, {"Neaktivní", "Aktivní", "Chybné zařízení"});
+    reserveWidthFor(state, { "Neaktivní", "Aktivní", "Chybné zařízení" });
     grid->addWidget(named(plainLabel(u8("Spojení")), QStringLiteral("Label41")), 1, 0);
     grid->addWidget(state, 1, 1, 1, 2);
 
     auto* activate = named(new QPushButton(u8("Aktivovat")), QStringLiteral("btDEA"));
-    reserveWidthFor(activate, {"Aktivovat", "Deaktivovat"});
+    reserveWidthFor(activate, { "Aktivovat", "Deaktivovat" });
     grid->addWidget(activate, 2, 0, 1, 3);
     grid->setRowStretch(3, 1);
     return frame;
@@ -493,8 +492,7 @@ QWidget* MainWindow::buildTransferPanel()
     };
     grid->addWidget(command("btEEPROMLoad", "Z EEPROM", "Načíst  nastavení z EEPROM", QStyle::SP_ArrowDown), 0, 0);
     grid->addWidget(command("btEEPROMSave", "Do EEPROM", "Uložit nastavení do EEPROM", QStyle::SP_ArrowUp), 0, 1);
-    grid->addWidget(named(new QCheckBox(u8("Kontrolovat zápis do EEPROM")), QStringLiteral("CheckWrite")), 1, 0, 1,
-                    2);
+    grid->addWidget(named(new QCheckBox(u8("Kontrolovat zápis do EEPROM")), QStringLiteral("CheckWrite")), 1, 0, 1, 2);
     grid->addWidget(
         command("btFileLoad", "Ze souboru", "Načíst nastavení ze souboru", QStyle::SP_DialogOpenButton), 2, 0);
     grid->addWidget(
@@ -512,17 +510,17 @@ QWidget* MainWindow::buildInformationPanel()
         const char* caption;
         const char* name;
     } rows[] = {
-        {"Produkt:", "lblInfoProdukt"},
-        {"Verze:", "lblInfoVerze"},
-        {"Typ modemu:", "lblInfoModem"},
-        {"Velikost paměti:", "lblInfoPamSize"},
-        {"Velikost nastavení:", "lblInfoPamUsage"},
-        {"Volné místo:", "lblInfoPamFree"},
+        { "Produkt:", "lblInfoProdukt" },
+        { "Verze:", "lblInfoVerze" },
+        { "Typ modemu:", "lblInfoModem" },
+        { "Velikost paměti:", "lblInfoPamSize" },
+        { "Velikost nastavení:", "lblInfoPamUsage" },
+        { "Volné místo:", "lblInfoPamFree" },
     };
     int gridRow = 0;
     for (const auto& row : rows) {
         auto* value = named(plainLabel(QStringLiteral("?")), u8(row.name));
-        reserveWidthFor(value, {"GM25 Ericsson", " 65472 byte"});
+        reserveWidthFor(value, { "GM25 Ericsson", " 65472 byte" });
         grid->addWidget(plainLabel(u8(row.caption)), gridRow, 0);
         grid->addWidget(value, gridRow, 1);
         ++gridRow;

@@ -85,23 +85,22 @@ QByteArray differences(const StationSettings& left, const StationSettings& right
     std::string text;
     for (const auto& difference : rm8::diffSettings(left, right))
         text += std::string(difference.field) + "[" + std::to_string(difference.row) + "]: \"" + difference.left
-                + "\" -> \"" + difference.right + "\"\n";
+            + "\" -> \"" + difference.right + "\"\n";
     return QByteArray::fromStdString(text);
 }
 
 rm8::link::StationIdentity identity(const char* memorySize)
 {
-    return {"RMA8", "1.0", memorySize, "TC35 Siemens"};
+    return { "RMA8", "1.0", memorySize, "TC35 Siemens" };
 }
 
-template <class T>
-struct IsRow : std::false_type {};
-template <class T>
-struct IsRow<rm8::Row8<T>> : std::true_type {};
+template <class T> struct IsRow : std::false_type {
+};
+template <class T> struct IsRow<rm8::Row8<T>> : std::true_type {
+};
 
-const char* const kPowerSavingControls[] = {"lblPSOn1", "lblPSOn2", "lblPSOn3", "eePSOnH", "eePSOnM", "lblPSOff1",
-                                            "lblPSOff2", "lblPSOff3", "eePSOffH", "eePSOffM", "opSuperPS",
-                                            "opPSOutOff"};
+const char* const kPowerSavingControls[] = { "lblPSOn1", "lblPSOn2", "lblPSOn3", "eePSOnH", "eePSOnM", "lblPSOff1",
+    "lblPSOff2", "lblPSOff3", "eePSOffH", "eePSOffM", "opSuperPS", "opPSOutOff" };
 
 } // namespace
 
@@ -177,7 +176,7 @@ void MainWindowTest::startUpState()
     auto* centre = window.field<QComboBox>(QStringLiteral("tabTCcentra"));
     QVERIFY(centre);
     QVERIFY(centre->isEditable());
-    const QStringList presets{"+420602909909", "+420603052000", "+420608005681"};
+    const QStringList presets { "+420602909909", "+420603052000", "+420608005681" };
     QCOMPARE(centre->count(), presets.size());
     for (int i = 0; i < presets.size(); ++i)
         QCOMPARE(centre->itemText(i), presets[i]);
@@ -186,15 +185,15 @@ void MainWindowTest::startUpState()
     for (int row = 0; row < 8; ++row) {
         QCOMPARE(textOf(window, QStringLiteral("tabAINCL1Level"), row), QStringLiteral(" 0"));
         QCOMPARE(textOf(window, QStringLiteral("tabAINCL2Level"), row),
-                 row == 7 ? QStringLiteral(" 27") : QStringLiteral(" 100"));
+            row == 7 ? QStringLiteral(" 27") : QStringLiteral(" 100"));
     }
 
     QVERIFY(!enabled(window, "btEEPROMLoad"));
     QVERIFY(!enabled(window, "btEEPROMSave"));
-    for (const char* name : {"btDEA", "btFileLoad", "btFileSave", "btTisk", "btInformace", "btKonec"})
+    for (const char* name : { "btDEA", "btFileLoad", "btFileSave", "btTisk", "btInformace", "btKonec" })
         QVERIFY2(enabled(window, name), name);
 
-    for (const char* name : {"lblInfoModem", "lblInfoProdukt", "lblInfoVerze", "lblInfoPamSize"})
+    for (const char* name : { "lblInfoModem", "lblInfoProdukt", "lblInfoVerze", "lblInfoPamSize" })
         QCOMPARE(textOf(window, QString::fromLatin1(name)), QStringLiteral("?"));
     QCOMPARE(textOf(window, QStringLiteral("tabDeAktivNapis")), QStringLiteral("Neaktivní"));
     QCOMPARE(colourOf(window, QStringLiteral("tabDeAktivNapis")), kRed);
@@ -209,8 +208,8 @@ void MainWindowTest::startUpState()
     QVERIFY(window.field<QRadioButton>(QStringLiteral("opEnablePS0"))->isChecked());
     for (const char* name : kPowerSavingControls)
         QVERIFY2(!enabled(window, name), name);
-    for (const char* name : {"rtSwitchOn", "rtSwitchOff", "txtSwitchOn", "txtSwitchOff", "rtPowerUp", "rtPowerDown",
-                             "txtPowerUp", "txtPowerDown"})
+    for (const char* name : { "rtSwitchOn", "rtSwitchOff", "txtSwitchOn", "txtSwitchOff", "rtPowerUp", "rtPowerDown",
+             "txtPowerUp", "txtPowerDown" })
         QVERIFY2(!enabled(window, name), name);
 }
 
@@ -223,7 +222,7 @@ void MainWindowTest::startUpFieldsAreTheStartRecord()
     read.tabJmenoStanice = "not from the window";
     read.tabAINCL2Level.fill("5");
     window.readSettings(read);
-    QVERIFY2(read == StationSettings{}, differences(StationSettings{}, read).constData());
+    QVERIFY2(read == StationSettings {}, differences(StationSettings {}, read).constData());
 }
 
 void MainWindowTest::namesAndKinds_data()
@@ -241,32 +240,36 @@ void MainWindowTest::namesAndKinds_data()
                 QTest::newRow(rowName.toLatin1().constData()) << rowName << QString::fromLatin1(kind);
             }
     };
-    add("QTabWidget", {"TabList"});
-    add("QGroupBox", {"Frame1", "Frame2", "Frame3", "Frame4", "Frame5", "Frame6", "Frame7", "Frame8", "Frame9",
-                      "frmTrans", "frmInformace"});
-    add("QPushButton", {"btDEA", "btEEPROMLoad", "btEEPROMSave", "btFileLoad", "btFileSave", "btTisk",
-                        "btInformace", "btKonec"});
-    add("QToolButton", {"btPortSettings"});
-    add("QComboBox", {"tabPort", "tabTCcentra"});
-    add("QRadioButton", {"opEnablePS0", "opEnablePS1"});
-    add("QCheckBox", {"opPINAuth", "tabPrepnoutNepovolPristup", "tabOdpovidatT0", "opSuperPS", "opPSOutOff",
-                      "opNotAuthorized", "opPowerReport", "opSwitchReport", "opBatt", "tabUTOEnable", "CheckWrite"});
-    add("QLineEdit", {"tabJmenoStanice", "tabPIN", "tabDobaPlatnostiSMS", "rtNotAuthorized", "rtPowerUp",
-                      "rtPowerDown", "rtSwitchOn", "rtSwitchOff", "rtBattLow", "tabUTO", "eePSOnH", "eePSOnM",
-                      "eePSOffH", "eePSOffM"});
-    add("QLabel", {"lblPSOn1", "lblPSOn2", "lblPSOn3", "lblPSOff1", "lblPSOff2", "lblPSOff3", "txtSwitchOn",
-                   "txtSwitchOff", "txtPowerUp", "txtPowerDown", "txtNotAuthorized", "Label7", "Label41",
-                   "tabDeAktivNapis", "lblInfoModem", "lblInfoPamSize", "lblInfoProdukt", "lblInfoVerze",
-                   "lblInfoPamUsage", "lblInfoPamFree"});
-    addRows("QLabel", {"tabINPjmeno", "tabOUTjmeno", "tabAINJmeno", "tabTCjmeno"});
-    addRows("QPushButton", {"tabINPbt", "tabOUTbt", "tabAINbt", "tabTCZmenit"});
-    addRows("QLineEdit", {"tabINPNazev", "tabINPZap", "tabINPVyp", "tabINPLH", "tabINPHL", "tabOUTNazev",
-                          "tabOUTZap", "tabOUTVyp", "tabOUTimpuls", "tabOUTimpulsLEN", "tabAINNazev", "tabAINStateL",
-                          "tabAINStateM", "tabAINStateH", "tabAINCL1Level", "tabAINHCL1Level", "tabAINCL2Level",
-                          "tabAINHCL2Level", "tabAINCL1Up", "tabAINCL1Dn", "tabAINCL2Up", "tabAINCL2Dn", "tabTC"});
-    addRows("QCheckBox", {"tabINPLHEvent", "tabINPHLEvent", "tabINPNeg", "tabINPZpr", "tabOUTZpr", "tabOUTNeg",
-                          "tabAINCL1UpEvent", "tabAINCL1DnEvent", "tabAINCL2UpEvent", "tabAINCL2DnEvent",
-                          "tabAINPrc", "tabAINNeg", "tabAINZpr", "tabTCPrijem", "tabTCUdalost"});
+    add("QTabWidget", { "TabList" });
+    add("QGroupBox",
+        { "Frame1", "Frame2", "Frame3", "Frame4", "Frame5", "Frame6", "Frame7", "Frame8", "Frame9", "frmTrans",
+            "frmInformace" });
+    add("QPushButton",
+        { "btDEA", "btEEPROMLoad", "btEEPROMSave", "btFileLoad", "btFileSave", "btTisk", "btInformace", "btKonec" });
+    add("QToolButton", { "btPortSettings" });
+    add("QComboBox", { "tabPort", "tabTCcentra" });
+    add("QRadioButton", { "opEnablePS0", "opEnablePS1" });
+    add("QCheckBox",
+        { "opPINAuth", "tabPrepnoutNepovolPristup", "tabOdpovidatT0", "opSuperPS", "opPSOutOff", "opNotAuthorized",
+            "opPowerReport", "opSwitchReport", "opBatt", "tabUTOEnable", "CheckWrite" });
+    add("QLineEdit",
+        { "tabJmenoStanice", "tabPIN", "tabDobaPlatnostiSMS", "rtNotAuthorized", "rtPowerUp", "rtPowerDown",
+            "rtSwitchOn", "rtSwitchOff", "rtBattLow", "tabUTO", "eePSOnH", "eePSOnM", "eePSOffH", "eePSOffM" });
+    add("QLabel",
+        { "lblPSOn1", "lblPSOn2", "lblPSOn3", "lblPSOff1", "lblPSOff2", "lblPSOff3", "txtSwitchOn", "txtSwitchOff",
+            "txtPowerUp", "txtPowerDown", "txtNotAuthorized", "Label7", "Label41", "tabDeAktivNapis", "lblInfoModem",
+            "lblInfoPamSize", "lblInfoProdukt", "lblInfoVerze", "lblInfoPamUsage", "lblInfoPamFree" });
+    addRows("QLabel", { "tabINPjmeno", "tabOUTjmeno", "tabAINJmeno", "tabTCjmeno" });
+    addRows("QPushButton", { "tabINPbt", "tabOUTbt", "tabAINbt", "tabTCZmenit" });
+    addRows("QLineEdit",
+        { "tabINPNazev", "tabINPZap", "tabINPVyp", "tabINPLH", "tabINPHL", "tabOUTNazev", "tabOUTZap", "tabOUTVyp",
+            "tabOUTimpuls", "tabOUTimpulsLEN", "tabAINNazev", "tabAINStateL", "tabAINStateM", "tabAINStateH",
+            "tabAINCL1Level", "tabAINHCL1Level", "tabAINCL2Level", "tabAINHCL2Level", "tabAINCL1Up", "tabAINCL1Dn",
+            "tabAINCL2Up", "tabAINCL2Dn", "tabTC" });
+    addRows("QCheckBox",
+        { "tabINPLHEvent", "tabINPHLEvent", "tabINPNeg", "tabINPZpr", "tabOUTZpr", "tabOUTNeg", "tabAINCL1UpEvent",
+            "tabAINCL1DnEvent", "tabAINCL2UpEvent", "tabAINCL2DnEvent", "tabAINPrc", "tabAINNeg", "tabAINZpr",
+            "tabTCPrijem", "tabTCUdalost" });
 }
 
 void MainWindowTest::namesAndKinds()
@@ -286,8 +289,8 @@ void MainWindowTest::tabPages()
     MainWindow& window = *fresh_;
     auto* tabs = window.field<QTabWidget>(QStringLiteral("TabList"));
     QVERIFY(tabs);
-    const QStringList captions{"Všeobecné",          "SMS zprávy",         "Dig. vstupy", "Dig. výstupy",
-                               "Analog. vstupy 1-4", "Analog. vstupy 5-8", "Tel. čísla"};
+    const QStringList captions { "Všeobecné", "SMS zprávy", "Dig. vstupy", "Dig. výstupy", "Analog. vstupy 1-4",
+        "Analog. vstupy 5-8", "Tel. čísla" };
     QCOMPARE(tabs->count(), captions.size());
     for (int i = 0; i < captions.size(); ++i)
         QCOMPARE(tabs->tabText(i), captions[i]);
@@ -366,7 +369,7 @@ void MainWindowTest::captionsAndToolTips_data()
         QTest::newRow(("tabOUTjmeno_" + n).c_str())
             << QStringLiteral("tabOUTjmeno_%1").arg(row) << QByteArray("text") << q("OUT" + number);
         QTest::newRow(("tabAINJmeno_" + n).c_str()) << QStringLiteral("tabAINJmeno_%1").arg(row) << QByteArray("text")
-                                                   << (row == 7 ? QStringLiteral("BAT") : q("AIN" + number));
+                                                    << (row == 7 ? QStringLiteral("BAT") : q("AIN" + number));
         QTest::newRow(("tabTCjmeno_" + n).c_str())
             << QStringLiteral("tabTCjmeno_%1").arg(row) << QByteArray("text") << q("T" + number);
     }
@@ -388,10 +391,9 @@ void MainWindowTest::captionsAndToolTips()
 void MainWindowTest::labelTexts_data()
 {
     QTest::addColumn<QString>("text");
-    for (const char* text :
-         {"Název stanice:", "Telefonní číslo servisního centra:", "Text hlášení při poklesu napětí",
-          " = text při přechodu CL1 dolu u analog.vstup BAT:", "Doba platnosti SMS zprávy je", "dnů  (1-30).",
-          "Typ modemu:", "Velikost paměti:", "Produkt:", "Verze:", "Velikost nastavení:", "Volné místo:"})
+    for (const char* text : { "Název stanice:", "Telefonní číslo servisního centra:", "Text hlášení při poklesu napětí",
+             " = text při přechodu CL1 dolu u analog.vstup BAT:", "Doba platnosti SMS zprávy je", "dnů  (1-30).",
+             "Typ modemu:", "Velikost paměti:", "Produkt:", "Verze:", "Velikost nastavení:", "Volné místo:" })
         QTest::newRow(text) << QString::fromUtf8(text);
 }
 
@@ -488,7 +490,7 @@ void MainWindowTest::checkEnabledFollowsTheOptionPair()
         QVERIFY2(!enabled(window, name), name);
 
     // Clicking as the technician does, both ways; the values must survive.
-    for (const bool on : {true, false, true}) {
+    for (const bool on : { true, false, true }) {
         auto* option = window.field<QRadioButton>(on ? QStringLiteral("opEnablePS1") : QStringLiteral("opEnablePS0"));
         // Near the indicator: the button may be wider than its caption.
         QTest::mouseClick(option, Qt::LeftButton, {}, QPoint(6, option->height() / 2));
@@ -515,13 +517,13 @@ void MainWindowTest::reportOptionsEnableTheirTexts()
         const char* option;
         std::initializer_list<const char*> dependents;
     } options[] = {
-        {"opSwitchReport", {"rtSwitchOn", "rtSwitchOff", "txtSwitchOn", "txtSwitchOff"}},
-        {"opPowerReport", {"rtPowerUp", "rtPowerDown", "txtPowerUp", "txtPowerDown"}},
-        {"opNotAuthorized", {"rtNotAuthorized", "txtNotAuthorized"}},
+        { "opSwitchReport", { "rtSwitchOn", "rtSwitchOff", "txtSwitchOn", "txtSwitchOff" } },
+        { "opPowerReport", { "rtPowerUp", "rtPowerDown", "txtPowerUp", "txtPowerDown" } },
+        { "opNotAuthorized", { "rtNotAuthorized", "txtNotAuthorized" } },
     };
     for (const auto& entry : options) {
         auto* option = window.field<QCheckBox>(QString::fromLatin1(entry.option));
-        for (const bool on : {true, false}) {
+        for (const bool on : { true, false }) {
             option->click();
             QCOMPARE(option->isChecked(), on);
             for (const char* name : entry.dependents)
@@ -572,7 +574,7 @@ void MainWindowTest::connectionStates_data()
     QTest::newRow("wrong version to inactive") << wrong << inactive << true << QStringLiteral("Neaktivní") << kRed
                                                << true << QStringLiteral("Aktivovat") << false << false;
     // Unknown words change nothing; the expected columns are unused.
-    for (const char* word : {"Neaktivní", "Aktivní", "aktivni", "NEAKTIVNI", "", "Aktivni ", "Aktivni-spatna"}) {
+    for (const char* word : { "Neaktivní", "Aktivní", "aktivni", "NEAKTIVNI", "", "Aktivni ", "Aktivni-spatna" }) {
         QTest::newRow(QByteArray("active, unknown '").append(word).append('\'').constData())
             << active << QString::fromUtf8(word) << false << QString() << QColor() << false << QString() << false
             << false;
@@ -605,16 +607,12 @@ void MainWindowTest::connectionStates()
     };
     const auto look = [&window] {
         QStringList shown;
-        for (const char* name : {"lblInfoProdukt", "lblInfoVerze", "lblInfoPamSize", "lblInfoModem"})
+        for (const char* name : { "lblInfoProdukt", "lblInfoVerze", "lblInfoPamSize", "lblInfoModem" })
             shown << textOf(window, QString::fromLatin1(name));
-        return Look{textOf(window, QStringLiteral("tabDeAktivNapis")),
-                    colourOf(window, QStringLiteral("tabDeAktivNapis")),
-                    enabled(window, "tabPort"),
-                    enabled(window, "btPortSettings"),
-                    textOf(window, QStringLiteral("btDEA")),
-                    enabled(window, "btEEPROMLoad"),
-                    enabled(window, "btEEPROMSave"),
-                    shown};
+        return Look { textOf(window, QStringLiteral("tabDeAktivNapis")),
+            colourOf(window, QStringLiteral("tabDeAktivNapis")), enabled(window, "tabPort"),
+            enabled(window, "btPortSettings"), textOf(window, QStringLiteral("btDEA")), enabled(window, "btEEPROMLoad"),
+            enabled(window, "btEEPROMSave"), shown };
     };
     const Look before = look();
 
@@ -642,8 +640,8 @@ void MainWindowTest::connectionStates()
     QCOMPARE(after.caption, caption);
     QCOMPARE(after.loadEnabled, eepromEnabled);
     QCOMPARE(after.saveEnabled, eepromEnabled);
-    const QStringList expectedIdentity =
-        identityShown ? QStringList{"RMA8", "1.0", "  8128 byte", "TC35 Siemens"} : QStringList{"?", "?", "?", "?"};
+    const QStringList expectedIdentity = identityShown ? QStringList { "RMA8", "1.0", "  8128 byte", "TC35 Siemens" }
+                                                       : QStringList { "?", "?", "?", "?" };
     QCOMPARE(after.identity, expectedIdentity);
     QCOMPARE(shown.count(), 1);
     QCOMPARE(shown.front().front().toString(), word);
@@ -660,15 +658,30 @@ void MainWindowTest::memoryDisplay_data()
 
     // The empty configuration takes 430 bytes; a station name adds one byte
     // per character, diacritics included.
-    QTest::newRow("size unknown") << "?" << "" << "430 byte" << "?" << kBlue;
-    QTest::newRow("8128-byte station") << "  8128 byte" << "" << "430 byte" << "7698 byte" << kBlue;
+    QTest::newRow("size unknown") << "?"
+                                  << ""
+                                  << "430 byte"
+                                  << "?" << kBlue;
+    QTest::newRow("8128-byte station") << "  8128 byte"
+                                       << ""
+                                       << "430 byte"
+                                       << "7698 byte" << kBlue;
     QTest::newRow("64-byte station") << "    64 byte"
                                      << ""
                                      << "430 byte"
                                      << "-366 byte" << kRed;
-    QTest::newRow("exactly full") << "   448 byte" << "Čerpací stanice No" << "448 byte" << "0 byte" << kBlue;
-    QTest::newRow("one byte over") << "   448 byte" << "Čerpací stanice Nov" << "449 byte" << "-1 byte" << kRed;
-    QTest::newRow("two bytes left") << "   448 byte" << "Čerpací stanice!" << "446 byte" << "2 byte" << kBlue;
+    QTest::newRow("exactly full") << "   448 byte"
+                                  << "Čerpací stanice No"
+                                  << "448 byte"
+                                  << "0 byte" << kBlue;
+    QTest::newRow("one byte over") << "   448 byte"
+                                   << "Čerpací stanice Nov"
+                                   << "449 byte"
+                                   << "-1 byte" << kRed;
+    QTest::newRow("two bytes left") << "   448 byte"
+                                    << "Čerpací stanice!"
+                                    << "446 byte"
+                                    << "2 byte" << kBlue;
 }
 
 void MainWindowTest::memoryDisplay()
@@ -701,12 +714,12 @@ void MainWindowTest::eepromSize_data()
 {
     QTest::addColumn<QString>("label");
     QTest::addColumn<qlonglong>("size"); // -1: none
-    QTest::newRow("unknown") << "?" << qlonglong{-1};
-    QTest::newRow("smallest") << "    64 byte" << qlonglong{64};
-    QTest::newRow("8128") << "  8128 byte" << qlonglong{8128};
-    QTest::newRow("largest") << " 65472 byte" << qlonglong{65472};
-    QTest::newRow("no number") << "     ? byte" << qlonglong{-1};
-    QTest::newRow("too short") << "byte" << qlonglong{-1};
+    QTest::newRow("unknown") << "?" << qlonglong { -1 };
+    QTest::newRow("smallest") << "    64 byte" << qlonglong { 64 };
+    QTest::newRow("8128") << "  8128 byte" << qlonglong { 8128 };
+    QTest::newRow("largest") << " 65472 byte" << qlonglong { 65472 };
+    QTest::newRow("no number") << "     ? byte" << qlonglong { -1 };
+    QTest::newRow("too short") << "byte" << qlonglong { -1 };
 }
 
 void MainWindowTest::eepromSize()
@@ -794,7 +807,7 @@ void MainWindowTest::fillingIsSilent()
     StationSettings settings;
     settings.tabJmenoStanice = "Čerpací stanice";
     window.fillSettings(settings);
-    QCOMPARE(usageSeen, QStringList{QStringLiteral("430 byte")});
+    QCOMPARE(usageSeen, QStringList { QStringLiteral("430 byte") });
     QVERIFY(loadingSeen);
     QVERIFY(!window.loading());
     // Recomputed once, after the fill.
@@ -903,7 +916,7 @@ void MainWindowTest::fitsASmallScreen()
             if (auto* label = qobject_cast<QLabel*>(widget); label && label->wordWrap())
                 continue;
             const QByteArray what = (widget->objectName() + QLatin1Char(' ') + textOf(window, widget->objectName())
-                                     + QLatin1Char(' ') + widget->property("text").toString())
+                + QLatin1Char(' ') + widget->property("text").toString())
                                         .toUtf8();
             QVERIFY2(widget->width() >= widget->minimumSizeHint().width(), what.constData());
         }
