@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
+#include <sys/prctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -125,6 +126,9 @@ void PtyStation::hangUp()
 
 void PtyStation::serve(const std::atomic<bool>& stop)
 {
+    // The default 50 us of timer slack would be added to every emulated
+    // reply; the station's timing is the point of the emulation.
+    (void)::prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
     std::deque<Scheduled> queue;
     Clock::time_point lastDue{};
     while (!stop) {
