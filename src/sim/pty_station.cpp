@@ -131,6 +131,7 @@ void PtyStation::serve(const std::atomic<bool>& stop)
     (void)::prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
     std::deque<Scheduled> queue;
     Clock::time_point lastDue{};
+    const LineEmulation line = simulator_.behaviour().line;
     while (!stop) {
         auto now = Clock::now();
         while (!queue.empty() && queue.front().due <= now) {
@@ -178,8 +179,11 @@ void PtyStation::serve(const std::atomic<bool>& stop)
             if (!reply.sent())
                 continue;
             // One line, one reply at a time: a held-back reply holds back
-            // those after it.
-            const auto due = std::max(arrived + std::chrono::duration_cast<Clock::duration>(reply.delay), lastDue);
+            // those after it, and on an emulated line each of them still
+            // takes its own time on the wire.
+            const auto onTheWire = std::chrono::duration_cast<Clock::duration>(line.wireTime(reply.bytes.size()));
+            const auto due = std::max(arrived + std::chrono::duration_cast<Clock::duration>(reply.delay),
+                                      lastDue + onTheWire);
             lastDue = due;
             queue.push_back({due, std::move(reply.bytes)});
         }
