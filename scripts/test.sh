@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test: the unit and program
-# tests (debug, then under the address and undefined-behaviour sanitizers),
-# the fuzz target for a while, and the codec benchmark for its figures.
+# Installs what is missing, builds, and runs every test: the unit, program and
+# window tests (debug, then under the address and undefined-behaviour
+# sanitizers), the fuzz targets for a while, and the benchmarks for their
+# figures. Window tests run on Qt's offscreen platform: no display is needed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -23,7 +24,11 @@ ctest --preset asan -j2
 echo "== fuzzing"
 FUZZ_SECONDS="${FUZZ_SECONDS:-30}" bash scripts/fuzz.sh
 
-echo "== benchmark (figures only)"
-cmake --preset release -DRM8_BUILD_TESTS=OFF -DRM8_BUILD_BENCH=ON >/dev/null
-cmake --build --preset release --target codec_bench
+echo "== benchmarks (figures only)"
+cmake --preset release -DRM8_BUILD_TESTS=OFF -DRM8_BUILD_BENCH=ON -DRM8_BUILD_PROGRAMS=ON >/dev/null
+cmake --build --preset release --target codec_bench link_bench gui_bench
 ./build/release/bench/codec_bench --benchmark_min_time=0.2
+# The line-rate part (a) takes minutes at 9,600 baud; run it by hand.
+./build/release/bench/link_bench --only b
+./build/release/bench/link_bench --only c
+QT_QPA_PLATFORM=offscreen ./build/release/bench/gui_bench
