@@ -61,8 +61,12 @@ void setTextOf(QWidget* widget, const std::string& text, int limit)
         if (limit > 0)
             edit->setMaxLength(std::max<int>(limit, static_cast<int>(value.size())));
         edit->setText(value);
+        // A text longer than its field shows its beginning, not its end.
+        edit->setCursorPosition(0);
     } else if (auto* list = qobject_cast<QComboBox*>(widget)) {
         list->setEditText(value);
+        if (list->lineEdit())
+            list->lineEdit()->setCursorPosition(0);
     } else {
         assert(false && "a text field is a line edit or an editable list");
     }

@@ -90,6 +90,9 @@ struct MainWindow::TableColumn {
     const char* header;
     const char* toolTip = nullptr;
     const char* secondName = nullptr;
+    // For a text column that the others must not squeeze below a usable
+    // width (a name is read more often than a state word).
+    int minimumChars = 0;
 };
 
 QLineEdit* MainWindow::textField(const char* name, int row)
@@ -108,7 +111,7 @@ QLineEdit* MainWindow::textField(const char* name, int row)
         const QFontMetrics metrics(edit->font());
         const auto digits
             = [&metrics](int count) { return metrics.horizontalAdvance(QString(count, QLatin1Char('0'))) + 12; };
-        edit->setMaximumWidth(digits(limit + 2));
+        edit->setMaximumWidth(digits(limit + 1));
         if (limit > 8)
             edit->setMinimumWidth(digits(std::min(limit, 22)));
     }
@@ -292,7 +295,11 @@ QWidget* MainWindow::buildTable(RowTable table, const char* labelName, std::span
     auto* box = new QWidget;
     auto* grid = new QGridLayout(box);
     grid->setContentsMargins(0, 0, 0, 0);
-    grid->setHorizontalSpacing(6);
+    // Wider between columns than within an event cell, so that a check box
+    // is seen to belong to the text on its right, not to the one before it.
+    const bool events = std::any_of(
+        columns.begin(), columns.end(), [](const TableColumn& spec) { return spec.kind == CellKind::Event; });
+    grid->setHorizontalSpacing(events ? 14 : 8);
     grid->setVerticalSpacing(4);
 
     int column = 1;
@@ -323,9 +330,15 @@ QWidget* MainWindow::buildTable(RowTable table, const char* labelName, std::span
         column = 1;
         for (const TableColumn& spec : columns) {
             switch (spec.kind) {
-            case CellKind::Text:
-                grid->addWidget(textField(spec.name, row), gridRow, column);
+            case CellKind::Text: {
+                auto* edit = textField(spec.name, row);
+                if (spec.minimumChars > 0) {
+                    const QFontMetrics metrics(edit->font());
+                    edit->setMinimumWidth(metrics.averageCharWidth() * spec.minimumChars + 12);
+                }
+                grid->addWidget(edit, gridRow, column);
                 break;
+            }
             case CellKind::Check: {
                 auto* tick = checkField(spec.name, row);
                 if (spec.toolTip)
@@ -335,6 +348,7 @@ QWidget* MainWindow::buildTable(RowTable table, const char* labelName, std::span
             }
             case CellKind::Event: {
                 auto* cell = new QHBoxLayout;
+                cell->setSpacing(3);
                 auto* tick = checkField(spec.secondName, row);
                 if (spec.toolTip)
                     tick->setToolTip(u8(spec.toolTip));
@@ -355,7 +369,7 @@ QWidget* MainWindow::buildTable(RowTable table, const char* labelName, std::span
 QWidget* MainWindow::buildInputsPage()
 {
     static const TableColumn columns[] = {
-        { CellKind::Text, "tabINPNazev", "Název", "Název vstupu" },
+        { CellKind::Text, "tabINPNazev", "Název", "Název vstupu", nullptr, 19 },
         { CellKind::Text, "tabINPZap", "Zapnuto (1)", "Název stavu zapnuto (1)" },
         { CellKind::Text, "tabINPVyp", "Vypnuto (0)", "Název stavu vypnuto (0)" },
         { CellKind::Text, "tabINPLH", "Přechod\nNeaktivní->Aktivní", "Text přechodu 0->1" },
@@ -395,7 +409,7 @@ QWidget* MainWindow::buildAnalogPage(int firstRow)
     // Twenty columns do not fit a screen's width: the names, states and
     // levels form one band, the level-crossing messages a second band below.
     static const TableColumn states[] = {
-        { CellKind::Text, "tabAINNazev", "Název", "Název analogového vstupu" },
+        { CellKind::Text, "tabAINNazev", "Název", "Název analogového vstupu", nullptr, 15 },
         { CellKind::Text, "tabAINStateL", "LOW", "Název stavu LOW (nízká)" },
         { CellKind::Text, "tabAINStateM", "MEDIUM", "Název stavu MEDIUM (normální)" },
         { CellKind::Text, "tabAINStateH", "HIGH", "Název stavu HIGH (vysoká)" },
