@@ -42,9 +42,9 @@ int main(int argc, char* argv[])
     rm8::link::PortMap ports = rm8::link::PortMap::platformDefault();
     QSettings remembered;
     rm8::shell::loadPortAssignments(remembered, ports);
-    for (const QString& spec : parser.values(portOption)) {
-        if (auto assigned = ports.assign(spec.toStdString()); !assigned) {
-            std::fprintf(stderr, "rm8config: --port %s: %s\n", qPrintable(spec), assigned.error().c_str());
+    for (const QString& assignment : parser.values(portOption)) {
+        if (auto assigned = ports.assign(assignment.toStdString()); !assigned) {
+            std::fprintf(stderr, "rm8config: --port %s: %s\n", qPrintable(assignment), assigned.error().c_str());
             return 2;
         }
     }

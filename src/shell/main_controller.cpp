@@ -1,6 +1,7 @@
 #include "shell/main_controller.h"
 
 #include <filesystem>
+#include <utility>
 #include <stdexcept>
 
 #include <QAbstractButton>
@@ -52,17 +53,28 @@ std::filesystem::path toPath(const QString& path)
 
 } // namespace
 
-// What the flows are given instead of the plain interaction: before the
-// decoded settings are put into the fields, the tab strip turns to its first
-// page, whichever flow (station or file) does the decoding.
+// What the flows are given instead of the plain interaction. It keeps the
+// order the technician sees when settings are decoded (from the station or a
+// file): the tab strip turns to its first page before "Převádím data ...",
+// and the fields show the new settings before the success message does.
 class MainController::FlowInteraction : public Interaction {
 public:
     FlowInteraction(Interaction& target, QTabWidget& tabs) : target_(target), tabs_(tabs) {}
 
+    // Called once per decoding, before its success message; the flows have
+    // put the decoded settings into their record by then.
+    void onDecoded(std::function<void()> fill)
+    {
+        fill_ = std::move(fill);
+        converting_ = false;
+    }
+
     void showProgress(std::string_view text, bool showCancel) override
     {
-        if (text == messages::kConvertingData)
+        if (text == messages::kConvertingData) {
             tabs_.setCurrentIndex(0);
+            converting_ = true;
+        }
         target_.showProgress(text, showCancel);
     }
     void hideProgress() override { target_.hideProgress(); }
@@ -70,6 +82,10 @@ public:
     void progressBlocks(std::size_t done, std::size_t total) override { target_.progressBlocks(done, total); }
     void message(MessageIcon icon, std::string_view text, std::string_view detail) override
     {
+        if (converting_ && icon == MessageIcon::Information && fill_) {
+            converting_ = false;
+            std::exchange(fill_, nullptr)();
+        }
         target_.message(icon, text, detail);
     }
     Answer ask(MessageIcon icon, std::string_view question, Buttons buttons) override
@@ -80,6 +96,8 @@ public:
 private:
     Interaction& target_;
     QTabWidget& tabs_;
+    std::function<void()> fill_;
+    bool converting_ = false;
 };
 
 std::unique_ptr<link::SerialLine> makeQtSerialLine(const std::string& device)
@@ -219,14 +237,27 @@ void MainController::closeSession()
     line_.reset();
 }
 
+void MainController::fillWhenDecoded()
+{
+    flowUi_->onDecoded([this] { window_.fillSettings(settings_); });
+}
+
+void MainController::finishDecoding(FlowOutcome outcome)
+{
+    flowUi_->onDecoded(nullptr);
+    // Filled once more from the record as the flow left it: the early fill
+    // is for the order on the screen, this one is what counts.
+    if (outcome == FlowOutcome::Done)
+        window_.fillSettings(settings_);
+}
+
 void MainController::readFromStation()
 {
     if (!io_)
         return;
     window_.readSettings(settings_);
-    const FlowOutcome outcome = link::readStation(*io_, image_, settings_, window_.eepromSize().value_or(0));
-    if (outcome == FlowOutcome::Done)
-        window_.fillSettings(settings_);
+    fillWhenDecoded();
+    finishDecoding(link::readStation(*io_, image_, settings_, window_.eepromSize().value_or(0)));
 }
 
 void MainController::writeToStation()
@@ -258,8 +289,8 @@ void MainController::loadFromFile()
     if (!path)
         return;
     window_.readSettings(settings_);
-    if (loadSettingsFile(toPath(*path), image_, settings_, *flowUi_) == FlowOutcome::Done)
-        window_.fillSettings(settings_);
+    fillWhenDecoded();
+    finishDecoding(loadSettingsFile(toPath(*path), image_, settings_, *flowUi_));
 }
 
 void MainController::saveToFile()

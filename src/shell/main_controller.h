@@ -14,6 +14,7 @@
 #include <QObject>
 #include <QString>
 
+#include "flow/file_flows.h"
 #include "flow/interaction.h"
 #include "link/line_io.h"
 #include "link/port_map.h"
@@ -86,6 +87,10 @@ private:
     bool deactivate();
     void closeSession();
     void endProgram();
+    // Around a flow that may decode settings: the fields are filled before
+    // its success message, and from its result.
+    void fillWhenDecoded();
+    void finishDecoding(FlowOutcome outcome);
 
     // Runs one command unless another is still under way: while a flow waits
     // for the station the event loop runs, and a second command must not

@@ -379,12 +379,19 @@ private slots:
         rig->build();
         QVERIFY(activate());
         widget<QTabWidget>("TabList")->setCurrentIndex(3);
+        // What the technician sees behind the success message.
+        std::optional<StationSettings> behindTheMessage;
+        rig->ui.onMessage = [&](const ScriptedInteraction::Shown& shown) {
+            if (shown.text == kReadDone)
+                behindTheMessage = fields();
+        };
         click("btEEPROMLoad");
         QCOMPARE(rig->ui.messages.back().text, kReadDone);
         QCOMPARE(rig->ui.messages.back().icon, MessageIcon::Information);
         QCOMPARE(widget<QTabWidget>("TabList")->currentIndex(), 0);
         const StationSettings expected = decodedFile(file);
         QVERIFY2(fields() == expected, qPrintable(differences(expected, fields())));
+        QVERIFY(behindTheMessage && *behindTheMessage == expected);
         QCOMPARE(edit("tabJmenoStanice")->text().toStdString(), expected.tabJmenoStanice);
         // The whole settings area, block by block.
         QCOMPARE(rig->requestsWithCode(4), std::size_t(8128 / 8));
@@ -605,7 +612,16 @@ private slots:
         widget<QTabWidget>("TabList")->setCurrentIndex(6);
 
         rig->nextFile = QString::fromStdString(golden.string());
+        int tabBehindTheMessage = -1;
+        std::string nameBehindTheMessage;
+        rig->ui.onMessage = [&](const ScriptedInteraction::Shown&) {
+            tabBehindTheMessage = widget<QTabWidget>("TabList")->currentIndex();
+            nameBehindTheMessage = edit("tabJmenoStanice")->text().toStdString();
+        };
         click("btFileLoad");
+        rig->ui.onMessage = nullptr;
+        QCOMPARE(tabBehindTheMessage, 0);
+        QCOMPARE(nameBehindTheMessage, decodedFile(readFile(golden)).tabJmenoStanice);
         QCOMPARE(rig->chosenKinds, std::vector<rm8::shell::FileDialogKind>{rm8::shell::FileDialogKind::Open});
         QCOMPARE(rig->ui.messages.back().text, "Data ze souboru '" + golden.string() + "' byla úspěšně načtena.");
         QCOMPARE(rig->ui.messages.back().icon, MessageIcon::Information);

@@ -63,16 +63,16 @@ private slots:
 
     void badPortOptionsEndWithUsageError_data()
     {
-        QTest::addColumn<QString>("spec");
+        QTest::addColumn<QString>("assignment");
         QTest::newRow("no equals sign") << QStringLiteral("COM 1");
         QTest::newRow("not a port name") << QStringLiteral("ttyUSB0=/dev/ttyUSB0");
         QTest::newRow("no device") << QStringLiteral("COM 2=");
     }
     void badPortOptionsEndWithUsageError()
     {
-        QFETCH(QString, spec);
+        QFETCH(QString, assignment);
         QProcess program;
-        program.start(kProgram, offscreen({QStringLiteral("--port"), spec}));
+        program.start(kProgram, offscreen({QStringLiteral("--port"), assignment}));
         QVERIFY(program.waitForFinished(20000));
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
         QCOMPARE(program.exitCode(), 2);
