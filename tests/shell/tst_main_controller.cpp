@@ -276,6 +276,19 @@ private slots:
         QVERIFY(!rig->controller->sessionOpen());
     }
 
+    // The command follows the caption, and a caption that is neither
+    // command does nothing at all.
+    void otherCaptionsOfTheSessionButtonDoNothing()
+    {
+        rig->startStation();
+        rig->build();
+        widget("btDEA")->setText(QStringLiteral("aktivovat"));
+        click("btDEA");
+        QVERIFY(rig->opened.empty());
+        QVERIFY(rig->ui.events.empty());
+        QCOMPARE(text("tabDeAktivNapis"), QStringLiteral("Neaktivní"));
+    }
+
     // The production line (QSerialPort) on the device the port list maps.
     void defaultLineOpensTheMappedDevice()
     {
@@ -871,6 +884,7 @@ private slots:
         QStringList shown;
         QTimer clicker;
         bool stornoClicked = false;
+        bool blockedWhileReading = false;
         connect(&clicker, &QTimer::timeout, this, [&] {
             if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
                 shown << box->text();
@@ -880,6 +894,8 @@ private slots:
             auto& info = real.progressWindow();
             if (!stornoClicked && info.isVisible()
                 && info.findChild<QLabel*>()->text() == QStringLiteral("Načítám data z EEPROM do PC.")) {
+                // The rest of the window takes no input meanwhile.
+                blockedWhileReading = QApplication::activeModalWidget() == &info;
                 stornoClicked = true;
                 QTest::mouseClick(info.stornoButton(), Qt::LeftButton);
             }
@@ -893,6 +909,7 @@ private slots:
         click("btEEPROMLoad");
         clicker.stop();
         QVERIFY(stornoClicked);
+        QVERIFY(blockedWhileReading);
         QVERIFY(!real.progressWindow().isVisible());
         QCOMPARE(shown.size(), 2);
         QCOMPARE(shown.back(), QString::fromStdString(kReadCancelled));
