@@ -91,8 +91,8 @@ struct MainWindow::TableColumn {
     const char* toolTip = nullptr;
     const char* secondName = nullptr;
     // For a text column that the others must not squeeze below a usable
-    // width (a name is read more often than a state word).
-    int minimumChars = 0;
+    // width (a name is read more often than a state word), in digit widths.
+    int minimumDigits = 0;
 };
 
 QLineEdit* MainWindow::textField(const char* name, int row)
@@ -332,9 +332,10 @@ QWidget* MainWindow::buildTable(RowTable table, const char* labelName, std::span
             switch (spec.kind) {
             case CellKind::Text: {
                 auto* edit = textField(spec.name, row);
-                if (spec.minimumChars > 0) {
+                if (spec.minimumDigits > 0) {
                     const QFontMetrics metrics(edit->font());
-                    edit->setMinimumWidth(metrics.averageCharWidth() * spec.minimumChars + 12);
+                    edit->setMinimumWidth(
+                        metrics.horizontalAdvance(QString(spec.minimumDigits, QLatin1Char('0'))) + 12);
                 }
                 grid->addWidget(edit, gridRow, column);
                 break;
@@ -369,7 +370,7 @@ QWidget* MainWindow::buildTable(RowTable table, const char* labelName, std::span
 QWidget* MainWindow::buildInputsPage()
 {
     static const TableColumn columns[] = {
-        { CellKind::Text, "tabINPNazev", "Název", "Název vstupu", nullptr, 19 },
+        { CellKind::Text, "tabINPNazev", "Název", "Název vstupu", nullptr, 16 },
         { CellKind::Text, "tabINPZap", "Zapnuto (1)", "Název stavu zapnuto (1)" },
         { CellKind::Text, "tabINPVyp", "Vypnuto (0)", "Název stavu vypnuto (0)" },
         { CellKind::Text, "tabINPLH", "Přechod\nNeaktivní->Aktivní", "Text přechodu 0->1" },
@@ -409,7 +410,7 @@ QWidget* MainWindow::buildAnalogPage(int firstRow)
     // Twenty columns do not fit a screen's width: the names, states and
     // levels form one band, the level-crossing messages a second band below.
     static const TableColumn states[] = {
-        { CellKind::Text, "tabAINNazev", "Název", "Název analogového vstupu", nullptr, 15 },
+        { CellKind::Text, "tabAINNazev", "Název", "Název analogového vstupu", nullptr, 12 },
         { CellKind::Text, "tabAINStateL", "LOW", "Název stavu LOW (nízká)" },
         { CellKind::Text, "tabAINStateM", "MEDIUM", "Název stavu MEDIUM (normální)" },
         { CellKind::Text, "tabAINStateH", "HIGH", "Název stavu HIGH (vysoká)" },
@@ -447,7 +448,8 @@ QWidget* MainWindow::buildAnalogPage(int firstRow)
 QWidget* MainWindow::buildPhonesPage()
 {
     static const TableColumn columns[] = {
-        { CellKind::Text, "tabTC", "Telefonní číslo", nullptr },
+        // The page has the room to show a number of any allowed length whole.
+        { CellKind::Text, "tabTC", "Telefonní číslo", nullptr, nullptr, 50 },
         { CellKind::Check, "tabTCPrijem", "Příjem", "Příkazy z tohoto čísla se přijímají" },
         { CellKind::Check, "tabTCUdalost", "Události", "Na toto číslo se posílají zprávy o událostech" },
     };
