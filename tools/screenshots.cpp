@@ -48,7 +48,13 @@ using rm8::MessageIcon;
 
 // File names follow the tab strip's order; the count is checked against it.
 constexpr const char* kPageSlugs[] = {
-    "vseobecne", "sms-zpravy", "dig-vstupy", "dig-vystupy", "analog-vstupy-1-4", "analog-vstupy-5-8", "tel-cisla",
+    "vseobecne",
+    "sms-zpravy",
+    "dig-vstupy",
+    "dig-vystupy",
+    "analog-vstupy-1-4",
+    "analog-vstupy-5-8",
+    "tel-cisla",
 };
 constexpr int kPageCount = static_cast<int>(std::size(kPageSlugs));
 
@@ -111,7 +117,10 @@ private:
 
 class Camera {
 public:
-    explicit Camera(QDir folder) : folder_(std::move(folder)) {}
+    explicit Camera(QDir folder)
+        : folder_(std::move(folder))
+    {
+    }
 
     // An empty result when the picture was saved, else why not.
     QString shoot(QWidget& widget, const QString& name)
@@ -137,7 +146,8 @@ private:
         };
         for (auto* label : root.findChildren<QLabel*>()) {
             if (!label->wordWrap() && !label->text().isEmpty() && tooNarrow(label))
-                say(QStringLiteral("  ! popisek '%1' (%2) je užší než jeho text").arg(label->text(), label->objectName()));
+                say(QStringLiteral("  ! popisek '%1' (%2) je užší než jeho text")
+                        .arg(label->text(), label->objectName()));
         }
         for (auto* button : root.findChildren<QAbstractButton*>()) {
             if (!button->text().isEmpty() && tooNarrow(button))
@@ -159,8 +169,7 @@ private:
 
 // Presses the button, photographs the modal dialog it opens from inside the
 // dialog's own event loop, and closes it as Escape would.
-template <class Dialog>
-QString shootModal(QAbstractButton& button, Camera& camera, const QString& name)
+template <class Dialog> QString shootModal(QAbstractButton& button, Camera& camera, const QString& name)
 {
     QString result = QStringLiteral("okno po stisku %1 se neotevřelo").arg(button.objectName());
     QTimer poll;
@@ -200,17 +209,16 @@ int main(int argc, char* argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Snímky obrazovky programu rm8config v režimu demo."));
     parser.addHelpOption();
-    const QCommandLineOption outOption(QStringLiteral("out"), QStringLiteral("Složka pro obrázky PNG."),
-                                       QStringLiteral("SLOŽKA"));
+    const QCommandLineOption outOption(
+        QStringLiteral("out"), QStringLiteral("Složka pro obrázky PNG."), QStringLiteral("SLOŽKA"));
     const QCommandLineOption eepromOption(QStringLiteral("eeprom"),
-                                          QStringLiteral("Nastavení v EEPROM simulované stanice (kopie souboru)."),
-                                          QStringLiteral("SOUBOR.eep"), QStringLiteral(RM8_SAMPLE_EEPROM));
+        QStringLiteral("Nastavení v EEPROM simulované stanice (kopie souboru)."), QStringLiteral("SOUBOR.eep"),
+        QStringLiteral(RM8_SAMPLE_EEPROM));
     const QCommandLineOption sizeOption(QStringLiteral("size-code"),
-                                        QStringLiteral("Kód velikosti paměti simulované stanice (0..9)."),
-                                        QStringLiteral("N"), QStringLiteral("6"));
-    const QCommandLineOption simulatorOption(QStringLiteral("simulator"), QStringLiteral("Program rm8sim."),
-                                             QStringLiteral("CESTA"));
-    parser.addOptions({outOption, eepromOption, sizeOption, simulatorOption});
+        QStringLiteral("Kód velikosti paměti simulované stanice (0..9)."), QStringLiteral("N"), QStringLiteral("6"));
+    const QCommandLineOption simulatorOption(
+        QStringLiteral("simulator"), QStringLiteral("Program rm8sim."), QStringLiteral("CESTA"));
+    parser.addOptions({ outOption, eepromOption, sizeOption, simulatorOption });
     parser.process(app);
     if (!parser.isSet(outOption)) {
         std::fprintf(stderr, "rm8shots: --out SLOŽKA je povinná\n");
@@ -238,7 +246,7 @@ int main(int argc, char* argv[])
     }
     rm8::shell::DemoStation demo;
     const auto device = demo.start(
-        simulator, {QStringLiteral("--eeprom"), eeprom, QStringLiteral("--size-code"), parser.value(sizeOption)});
+        simulator, { QStringLiteral("--eeprom"), eeprom, QStringLiteral("--size-code"), parser.value(sizeOption) });
     if (!device) {
         std::fprintf(stderr, "rm8shots: %s\n", qPrintable(device.error()));
         return 1;
@@ -292,10 +300,9 @@ int main(int argc, char* argv[])
     say(QStringLiteral("okno %1x%2, stránky po spuštění").arg(window.width()).arg(window.height()));
     shootPages({});
     tabs->setCurrentIndex(0);
-    keep(shootModal<rm8::shell::AboutDialog>(*about, camera,
-                                             numbered(number++, QStringLiteral("informace"))));
-    keep(shootModal<rm8::shell::PortSettingsDialog>(*portSettings, camera,
-                                                    numbered(number++, QStringLiteral("nastaveni-portu"))));
+    keep(shootModal<rm8::shell::AboutDialog>(*about, camera, numbered(number++, QStringLiteral("informace"))));
+    keep(shootModal<rm8::shell::PortSettingsDialog>(
+        *portSettings, camera, numbered(number++, QStringLiteral("nastaveni-portu"))));
 
     say(QStringLiteral("aktivace a načtení z EEPROM"));
     activate->click();
