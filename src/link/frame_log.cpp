@@ -32,7 +32,7 @@ std::string FrameLog::formatTime(TimePoint at)
     ::gmtime_r(&whole, &utc);
     char text[64];
     const std::size_t n = std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &utc);
-    char fraction[16];
+    char fraction[32];
     std::snprintf(fraction, sizeof fraction, ".%06lld", static_cast<long long>(micros.count()));
     return std::string(text, n) + fraction;
 }
