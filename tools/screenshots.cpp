@@ -201,10 +201,7 @@ QString numbered(int number, const QString& rest)
 int main(int argc, char* argv[])
 {
     QApplication app(argc, argv);
-    QApplication::setOrganizationName(QString::fromUtf8(rm8::shell::kOrganisationName));
-    QApplication::setApplicationName(QString::fromUtf8(rm8::shell::kSettingsApplicationName));
-    QApplication::setApplicationDisplayName(rm8::shell::programName());
-    QApplication::setApplicationVersion(QStringLiteral(RM8_VERSION));
+    rm8::shell::identifyApplication();
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Snímky obrazovky programu rm8config v režimu demo."));

@@ -21,10 +21,7 @@
 int main(int argc, char* argv[])
 {
     QApplication app(argc, argv);
-    QApplication::setOrganizationName(QString::fromUtf8(rm8::shell::kOrganisationName));
-    QApplication::setApplicationName(QString::fromUtf8(rm8::shell::kSettingsApplicationName));
-    QApplication::setApplicationDisplayName(rm8::shell::programName());
-    QApplication::setApplicationVersion(QStringLiteral(RM8_VERSION));
+    rm8::shell::identifyApplication();
 
     QCommandLineParser parser;
     parser.setApplicationDescription(rm8::shell::programName());

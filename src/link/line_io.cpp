@@ -48,6 +48,10 @@ std::optional<std::vector<std::uint8_t>> LineIo::receive(std::chrono::millisecon
 std::optional<std::vector<std::uint8_t>> LineIo::exchange(std::span<const std::uint8_t> request,
                                                           std::uint8_t replyCode, std::chrono::milliseconds timeout)
 {
+    // Block replies carry no address: a reply that came after its request
+    // had timed out would otherwise be taken for the answer to this one, and
+    // a read would go on one block out of step without noticing.
+    line_.flushInput();
     send(request);
     auto reply = receive(timeout);
     if (!reply || reply->empty() || reply->front() != replyCode)

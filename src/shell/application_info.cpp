@@ -2,6 +2,9 @@
 
 #include <string_view>
 
+#include <QCoreApplication>
+#include <QGuiApplication>
+
 #ifndef RM8_VERSION
 #error "RM8_VERSION comes from the project version in CMake"
 #endif
@@ -21,6 +24,14 @@ QString programName()
 QString programVersion()
 {
     return QStringLiteral(RM8_VERSION);
+}
+
+void identifyApplication()
+{
+    QCoreApplication::setOrganizationName(QString::fromUtf8(kOrganisationName));
+    QCoreApplication::setApplicationName(QString::fromUtf8(kSettingsApplicationName));
+    QGuiApplication::setApplicationDisplayName(programName());
+    QCoreApplication::setApplicationVersion(programVersion());
 }
 
 QString fromCore(std::string_view text)

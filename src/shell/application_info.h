@@ -21,6 +21,11 @@ QString programName();
 // The project version the build was made from, e.g. "0.1.0".
 QString programVersion();
 
+// Names the running application as rm8config: where its settings are kept,
+// the name dialogs show, the version --version prints. Call it right after
+// the QApplication is made.
+void identifyApplication();
+
 // A core text (UTF-8) for a widget.
 QString fromCore(std::string_view text);
 
