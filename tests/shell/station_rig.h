@@ -67,9 +67,9 @@ struct Rig {
     // No station: a port whose device nobody answers on.
     Rig() = default;
 
-    void startStation(sim::StationProfile profile = {}, Bytes eeprom = {})
+    void startStation(sim::StationProfile profile = {}, Bytes eeprom = {}, sim::StationBehaviour behaviour = {})
     {
-        station = std::make_unique<sim::PtyStation>(sim::StationSimulator(profile, std::move(eeprom)));
+        station = std::make_unique<sim::PtyStation>(sim::StationSimulator(profile, std::move(eeprom), behaviour));
         station->start();
         ports.set(1, station->path());
     }

@@ -444,6 +444,36 @@ private slots:
         QCOMPARE(caption(), QStringLiteral("Deaktivovat"));
     }
 
+    // The cable pulled out (or the station switched off) in the middle of a
+    // read: the block retries run out, the fields stay, and the session can
+    // still be ended by the technician's choice.
+    void stationDisappearingMidReadLeavesTheFieldsAlone()
+    {
+        rm8::sim::StationBehaviour behaviour;
+        behaviour.faults.hangUpAfterBlocks = 30;
+        rig->startStation({}, eepromWith(readFile(goldenFile("full.eep"))), behaviour);
+        rig->build();
+        QVERIFY(activate());
+        type("tabJmenoStanice", -1, QStringLiteral("Vodárna"));
+        const StationSettings before = fields();
+        click("btEEPROMLoad");
+        QCOMPARE(rig->ui.messages.back().text,
+                 std::string("Data nebyla úspěšně načtena z EEPROM. Došlo k chybě při načítání bloku dat."));
+        QCOMPARE(rig->ui.messages.back().icon, MessageIcon::Stop);
+        QVERIFY(fields() == before);
+
+        rig->ui.answers.push_back(Answer::Yes);
+        click("btDEA");
+        QCOMPARE(rig->ui.questions.size(), std::size_t(1));
+        QVERIFY(rig->ui.questions[0].text.rfind("Při deaktivaci spojení došlo k chybě.", 0) == 0);
+        QCOMPARE(caption(), QStringLiteral("Aktivovat"));
+        QVERIFY(!rig->controller->sessionOpen());
+        // The window goes on working: a file still loads.
+        rig->nextFile = QString::fromStdString(goldenFile("empty.eep").string());
+        click("btFileLoad");
+        QCOMPARE(rig->ui.messages.back().icon, MessageIcon::Information);
+    }
+
     // While a transfer waits for the station the event loop runs; a click
     // on another command then must not start a second exchange inside it.
     void commandsWaitWhileATransferRuns()
@@ -700,6 +730,48 @@ private slots:
         QCOMPARE(rig->ui.messages[0].icon, MessageIcon::Information);
         QVERIFY(fields() == before);
         QCOMPARE(widget<QTabWidget>("TabList")->currentIndex(), 2);
+    }
+
+    // A file that passes the header test but whose texts run off the end of
+    // the image: the decoder stops part-way. The window reports it, keeps
+    // every field as it was, and stays usable.
+    void aDamagedImageIsReportedAndChangesNoField()
+    {
+        QByteArray content = QByteArray::fromStdString(
+            std::string(reinterpret_cast<const char*>(readFile(goldenFile("empty.eep")).data()),
+                        readFile(goldenFile("empty.eep")).size()));
+        content.resize(65536, '\0');
+        content[20] = char(65530 % 256); // the analog names point at the very end
+        content[21] = char(65530 / 256);
+        for (int a = 65530; a < 65536; ++a)
+            content[a] = 'A';
+        unsigned sum = 0;
+        for (int a = 0; a < 48; ++a)
+            sum += static_cast<unsigned char>(content[a]);
+        const unsigned check = (sum + 1) % 256;
+        content[48] = char(check == 13 ? 12 : check);
+
+        QTemporaryDir scratch;
+        const QString path = scratch.filePath(QStringLiteral("poškozený.eep"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        rig->build();
+        type("tabAINNazev", 0, QStringLiteral("Hladina"));
+        const StationSettings before = fields();
+        rig->nextFile = path;
+        click("btFileLoad");
+        QCOMPARE(rig->ui.messages.size(), std::size_t(1));
+        QCOMPARE(rig->ui.messages[0].text,
+                 "Při načítání nastavení programu ze souboru '" + path.toStdString() + "' nastala chyba.");
+        QCOMPARE(rig->ui.messages[0].icon, MessageIcon::Stop);
+        QVERIFY(fields() == before);
+
+        rig->nextFile = QString::fromStdString(goldenFile("empty.eep").string());
+        click("btFileLoad");
+        QCOMPARE(rig->ui.messages.back().icon, MessageIcon::Information);
+        QCOMPARE(edit("tabAINNazev", 0)->text(), QString());
     }
 
     void cancelledFileDialogsDoNothing()
