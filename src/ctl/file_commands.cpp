@@ -12,7 +12,7 @@
 #include "flow/messages.h"
 #include "settings/image_encoder.h"
 #include "settings/image_decoder.h"
-#include "settings/image_inspection.h"
+#include "settings/image_survey.h"
 #include "settings/settings_file.h"
 #include "settings/used_size.h"
 

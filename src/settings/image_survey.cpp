@@ -1,4 +1,4 @@
-#include "settings/image_inspection.h"
+#include "settings/image_survey.h"
 
 #include "settings/image_header.h"
 #include "settings/image_layout.h"
