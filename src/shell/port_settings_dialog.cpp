@@ -39,7 +39,9 @@ PortSettingsDialog::PortSettingsDialog(const link::PortMap& current, const std::
         editor->setObjectName(QStringLiteral("portDevice_%1").arg(number));
         editor->setEditable(true);
         editor->setInsertPolicy(QComboBox::NoInsert);
-        editor->setMinimumContentsLength(32);
+        // Room for the long stable names under /dev/serial/by-id.
+        editor->setMinimumContentsLength(48);
+        editor->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         for (const SystemPort& port : available) {
             const QString shown = port.description.isEmpty()
                                       ? port.device
