@@ -59,7 +59,9 @@ TEST(LineIo, FailedLineWaitsOutTheReplyTimeWithTurnsForTheUser)
     EXPECT_GE(took, 300ms);
     EXPECT_LT(took, 5s);
     EXPECT_LE(line.reads, 2) << "a failing line must not be asked again and again";
-    EXPECT_GE(ui.turns, 300 / 50 - 1) << "the user interface needs a turn every 50 ms";
+    // Turns come every 50 ms; a loaded machine may oversleep some of them,
+    // so only require that the wait was not one silent block.
+    EXPECT_GE(ui.turns, 3) << "the user interface needs its turns while the line is dead";
 }
 
 // Holds what "arrived" in a queue; flushing empties it, as the port does.
