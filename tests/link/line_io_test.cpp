@@ -9,17 +9,15 @@
 
 #include "link/frame.h"
 #include "link/line_io.h"
+#include "support/test_line.h"
 
 namespace rm8::link {
 namespace {
 
 using namespace std::chrono_literals;
 
-class UnpluggedLine : public SerialLine {
+class UnpluggedLine : public test::TestLine {
 public:
-    Expected<void, std::string> open() override { return {}; }
-    void close() override {}
-    bool isOpen() const override { return true; }
     Expected<void, std::string> write(std::span<const std::uint8_t>) override
     {
         return unexpected(std::string("odpojeno"));
@@ -29,7 +27,6 @@ public:
         ++reads;
         return unexpected(std::string("odpojeno"));
     }
-    void flushInput() override {}
     int reads = 0;
 };
 

@@ -11,6 +11,7 @@
 #include "link/block_transfer.h"
 #include "link/frame.h"
 #include "link/session.h"
+#include "support/test_line.h"
 
 namespace rm8::link {
 namespace {
@@ -20,15 +21,8 @@ using Bytes = std::vector<std::uint8_t>;
 
 // A station that answers only the request codes it is told to; for the rest
 // it stays silent, and the wait runs its full time.
-class DeadlineLine : public SerialLine {
+class DeadlineLine : public test::TestLine {
 public:
-    Expected<void, std::string> open() override
-    {
-        open_ = true;
-        return {};
-    }
-    void close() override { open_ = false; }
-    bool isOpen() const override { return open_; }
     Expected<void, std::string> write(std::span<const std::uint8_t> bytes) override
     {
         waits.push_back({bytes.empty() ? std::uint8_t{0} : bytes.front(), Clock::now(), {}});
@@ -66,7 +60,6 @@ public:
     std::map<std::uint8_t, Bytes> answers;
     std::vector<Wait> waits;
     Bytes pending;
-    bool open_ = true;
 };
 
 // Stops a search after a number of progress turns.

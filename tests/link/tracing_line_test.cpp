@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "link/tracing_line.h"
+#include "support/test_line.h"
 
 namespace rm8::link {
 namespace {
@@ -14,15 +15,9 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 // Hands out prepared chunks, one per read, and keeps what was written.
-class ChunkLine : public SerialLine {
+class ChunkLine : public test::TestLine {
 public:
-    Expected<void, std::string> open() override
-    {
-        open_ = true;
-        return {};
-    }
-    void close() override { open_ = false; }
-    bool isOpen() const override { return open_; }
+    ChunkLine() { open_ = false; }
     Expected<void, std::string> write(std::span<const std::uint8_t> bytes) override
     {
         written.insert(written.end(), bytes.begin(), bytes.end());
@@ -44,7 +39,6 @@ public:
     Bytes written;
     int flushes = 0;
     bool failNext = false;
-    bool open_ = false;
 };
 
 struct Entry {

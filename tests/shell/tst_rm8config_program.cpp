@@ -89,10 +89,17 @@ private slots:
         QVERIFY(QString::fromUtf8(program.readAllStandardOutput()).contains(QStringLiteral(RM8_PROJECT_VERSION)));
     }
 
-    // Killed outright, the program cannot clean up; the system must end the
-    // simulator for it.
-    void demoStationEndsWhenTheProgramIsKilled()
+    // Killed outright, the program cannot clean up: the system must end the
+    // simulator for it. Terminated, the program ends it itself.
+    void demoStationEndsWithTheProgram_data()
     {
+        QTest::addColumn<bool>("killed");
+        QTest::newRow("killed") << true;
+        QTest::newRow("terminated") << false;
+    }
+    void demoStationEndsWithTheProgram()
+    {
+        QFETCH(bool, killed);
         QProcess program;
         program.start(kProgram, offscreen({QStringLiteral("--demo")}));
         QVERIFY(program.waitForStarted(20000));
@@ -106,26 +113,10 @@ private slots:
             }(),
             20000);
         QVERIFY(!ended(simulator));
-        ::kill(static_cast<pid_t>(program.processId()), SIGKILL);
-        QVERIFY(program.waitForFinished(20000));
-        QTRY_VERIFY_WITH_TIMEOUT(ended(simulator), 10000);
-    }
-
-    void demoStationEndsWhenTheProgramIsTerminated()
-    {
-        QProcess program;
-        program.start(kProgram, offscreen({QStringLiteral("--demo")}));
-        QVERIFY(program.waitForStarted(20000));
-        qint64 simulator = 0;
-        QTRY_VERIFY_WITH_TIMEOUT(
-            [&] {
-                for (const qint64 child : childrenOf(program.processId()))
-                    if (commandOf(child) == QStringLiteral("rm8sim"))
-                        simulator = child;
-                return simulator != 0;
-            }(),
-            20000);
-        program.terminate();
+        if (killed)
+            ::kill(static_cast<pid_t>(program.processId()), SIGKILL);
+        else
+            program.terminate();
         QVERIFY(program.waitForFinished(20000));
         QTRY_VERIFY_WITH_TIMEOUT(ended(simulator), 10000);
     }
