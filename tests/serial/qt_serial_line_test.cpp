@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "link/fake_station.h"
 #include "link/session.h"
 #include "link/station_flows.h"
 #include "serial/qt_serial_line.h"
@@ -30,18 +31,6 @@ namespace {
 using namespace std::chrono_literals;
 using link::Clock;
 
-// Answers every question Yes and remembers the messages.
-class QuietInteraction : public Interaction {
-public:
-    void showProgress(std::string_view, bool) override {}
-    void hideProgress() override {}
-    bool cancelRequested() override { return false; }
-    void message(MessageIcon, std::string_view text, std::string_view) override { messages.emplace_back(text); }
-    Answer ask(MessageIcon, std::string_view, Buttons) override { return Answer::Yes; }
-
-    std::vector<std::string> messages;
-};
-
 TEST(QtSerialLine, WritesAndReadsAStationThroughTheWholeSession)
 {
     sim::StationProfile profile;
@@ -50,7 +39,7 @@ TEST(QtSerialLine, WritesAndReadsAStationThroughTheWholeSession)
     station.start();
 
     QtSerialLine line(QString::fromStdString(station.path()));
-    QuietInteraction ui;
+    test::RecordingInteraction ui;
     link::LineIo io(line, ui);
     const auto activation = link::activateLink(io, "COM 1");
     ASSERT_EQ(activation.state, link::ConnectionState::Active);
