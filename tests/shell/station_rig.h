@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "link/serial_line.h"
-#include "scripted_interaction.h"
+#include "support/recording_interaction.h"
 #include "shell/main_controller.h"
 #include "sim/pty_station.h"
 #include "ui/main_window.h"
@@ -130,7 +130,7 @@ struct Rig {
         return false;
     }
 
-    ScriptedInteraction ui; // outlives the window and its commands
+    rm8::test::RecordingInteraction ui; // outlives the window and its commands
     link::PortMap ports = link::PortMap::platformDefault();
     std::unique_ptr<sim::PtyStation> station;
     std::shared_ptr<Bytes> sent = std::make_shared<Bytes>();

@@ -394,7 +394,7 @@ private slots:
         widget<QTabWidget>("TabList")->setCurrentIndex(3);
         // What the technician sees behind the success message.
         std::optional<StationSettings> behindTheMessage;
-        rig->ui.onMessage = [&](const ScriptedInteraction::Shown& shown) {
+        rig->ui.onMessage = [&](const rm8::test::RecordingInteraction::Shown& shown) {
             if (shown.text == kReadDone)
                 behindTheMessage = fields();
         };
@@ -615,7 +615,7 @@ private slots:
         QWidget* offending = rig->window->field(cell, row);
         QVERIFY(offending);
         int tabWhenShown = -1;
-        rig->ui.onMessage = [&](const ScriptedInteraction::Shown&) {
+        rig->ui.onMessage = [&](const rm8::test::RecordingInteraction::Shown&) {
             tabWhenShown = widget<QTabWidget>("TabList")->currentIndex();
         };
         click("btEEPROMSave");
@@ -657,7 +657,7 @@ private slots:
         rig->nextFile = QString::fromStdString(golden.string());
         int tabBehindTheMessage = -1;
         std::string nameBehindTheMessage;
-        rig->ui.onMessage = [&](const ScriptedInteraction::Shown&) {
+        rig->ui.onMessage = [&](const rm8::test::RecordingInteraction::Shown&) {
             tabBehindTheMessage = widget<QTabWidget>("TabList")->currentIndex();
             nameBehindTheMessage = edit("tabJmenoStanice")->text().toStdString();
         };

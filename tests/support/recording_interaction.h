@@ -9,13 +9,14 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "flow/interaction.h"
 
-namespace rm8::shell::test {
+namespace rm8::test {
 
-class ScriptedInteraction : public Interaction {
+class RecordingInteraction : public Interaction {
 public:
     struct Shown {
         MessageIcon icon;
@@ -49,6 +50,10 @@ public:
             onTurn(turns);
         return cancel;
     }
+    void progressBlocks(std::size_t done, std::size_t total) override
+    {
+        blocks.emplace_back(done, total);
+    }
     void message(MessageIcon icon, std::string_view text, std::string_view detail) override
     {
         events.push_back("message:" + std::string(text));
@@ -79,6 +84,7 @@ public:
 
     std::vector<std::string> events;
     std::vector<std::string> progress;
+    std::vector<std::pair<std::size_t, std::size_t>> blocks; // done, total
     std::vector<Shown> messages;
     std::vector<Shown> questions;
     std::deque<Answer> answers;
@@ -94,4 +100,4 @@ public:
     std::function<void(const Shown&)> onMessage;
 };
 
-} // namespace rm8::shell::test
+} // namespace rm8::test
