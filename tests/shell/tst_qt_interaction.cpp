@@ -136,7 +136,7 @@ private slots:
         QString title, text, detailed;
         int shownIcon = -1;
         int offered = 0;
-        auto seen = onNextModal<QMessageBox>([&](QMessageBox* box) {
+        auto seen = onNextModal<QMessageBox>(QStringLiteral("the message box"), [&](QMessageBox* box) {
             title = box->windowTitle();
             text = box->text();
             detailed = box->detailedText();
@@ -145,7 +145,7 @@ private slots:
             box->button(QMessageBox::Ok)->click();
         });
         ui->message(icon, "Data byla úspěšně načtena z EEPROM.", detail.toStdString());
-        QVERIFY(*seen);
+        QVERIFY2(seen->ok(), qPrintable(seen->why()));
         QCOMPARE(title, QStringLiteral("RM8"));
         QCOMPARE(text, QStringLiteral("Data byla úspěšně načtena z EEPROM."));
         QCOMPARE(shownIcon, boxIcon);
@@ -156,12 +156,12 @@ private slots:
     void lineBreaksOfTheStationTextsShowAsLines()
     {
         QString text;
-        auto seen = onNextModal<QMessageBox>([&](QMessageBox* box) {
+        auto seen = onNextModal<QMessageBox>(QStringLiteral("the message box"), [&](QMessageBox* box) {
             text = box->text();
             box->button(QMessageBox::Ok)->click();
         });
         ui->message(MessageIcon::Information, "první řádek\r\ndruhý řádek");
-        QVERIFY(*seen);
+        QVERIFY2(seen->ok(), qPrintable(seen->why()));
         QCOMPARE(text, QStringLiteral("první řádek\ndruhý řádek"));
     }
 
@@ -193,7 +193,7 @@ private slots:
         int offered = 0;
         int shownIcon = -1;
         QString title;
-        auto seen = onNextModal<QMessageBox>([&](QMessageBox* box) {
+        auto seen = onNextModal<QMessageBox>(QStringLiteral("the question box"), [&](QMessageBox* box) {
             offered = int(box->standardButtons());
             shownIcon = box->icon();
             title = box->windowTitle();
@@ -203,7 +203,7 @@ private slots:
                 box->button(QMessageBox::StandardButton(click))->click();
         });
         const Answer given = ui->ask(MessageIcon::Question, "Tento soubor již existuje. Mám ho přepsat?", buttons);
-        QVERIFY(*seen);
+        QVERIFY2(seen->ok(), qPrintable(seen->why()));
         QCOMPARE(given, answer);
         QCOMPARE(offered, expectedButtons);
         QCOMPARE(shownIcon, int(QMessageBox::Question));
