@@ -11,20 +11,28 @@ bash scripts/install-deps.sh
 # Stale caches from older checkouts must not switch options off.
 options=(-DRM8_WERROR=ON -DRM8_BUILD_TESTS=ON -DRM8_BUILD_PROGRAMS=ON)
 
-echo "== debug build and tests"
+# Each stage says how long it took, so that a slow CI run shows where.
+stage() {
+  ((${stage_start:-0})) && echo "   ($((SECONDS - stage_start)) s)"
+  stage_start=$SECONDS
+  [[ $# -gt 0 ]] && echo "== $*"
+  return 0
+}
+
+stage "debug build and tests"
 cmake --preset dev "${options[@]}" -DRM8_BUILD_BENCH=ON >/dev/null
 cmake --build --preset dev
 ctest --preset dev -j2
 
-echo "== sanitizer build and tests"
+stage "sanitizer build and tests"
 cmake --preset asan "${options[@]}" >/dev/null
 cmake --build --preset asan
 ctest --preset asan -j2
 
-echo "== fuzzing"
+stage "fuzzing"
 FUZZ_SECONDS="${FUZZ_SECONDS:-30}" bash scripts/fuzz.sh
 
-echo "== benchmarks (figures only)"
+stage "benchmarks (figures only)"
 cmake --preset release -DRM8_BUILD_TESTS=OFF -DRM8_BUILD_BENCH=ON -DRM8_BUILD_PROGRAMS=ON >/dev/null
 cmake --build --preset release --target codec_bench link_bench gui_bench
 ./build/release/bench/codec_bench --benchmark_min_time=0.2
@@ -32,3 +40,4 @@ cmake --build --preset release --target codec_bench link_bench gui_bench
 ./build/release/bench/link_bench --only b
 ./build/release/bench/link_bench --only c
 QT_QPA_PLATFORM=offscreen ./build/release/bench/gui_bench
+stage
