@@ -1,0 +1,124 @@
+// The rules of single fields, as tables in tests/data/editing: what each text
+// field says of a typed text when it is left (field_rules.tsv), and what the
+// clamped fields and the phone numbers make of a typed text (clamps.tsv).
+// Every row checks the exact outcome, so a changed character in a set, a
+// keyword or a message fails the row that shows it.
+
+#include <fstream>
+#include <map>
+#include <tuple>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "editing/field_rules.h"
+#include "editing/numeric_clamps.h"
+#include "editing/phone_rules.h"
+#include "editing/row_labels.h"
+#include "editing/text_compare.h"
+#include "support/test_data.h"
+
+namespace rm8 {
+namespace {
+
+struct TableRow {
+    int line;
+    std::vector<std::string> cells; // never fewer than four
+};
+
+// Tab-separated cells; '#' starts a comment line. A row "$NAME<tab>text"
+// defines a text that the cells after it write as {NAME}.
+std::vector<TableRow> readTable(const std::string& name)
+{
+    std::ifstream in(test::dataDir() / "editing" / name);
+    std::map<std::string, std::string> defined;
+    std::vector<TableRow> rows;
+    std::string line;
+    for (int number = 1; std::getline(in, line); ++number) {
+        if (line.empty() || line.starts_with('#'))
+            continue;
+        TableRow row{number, {}};
+        for (std::size_t start = 0;;) {
+            const std::size_t tab = line.find('\t', start);
+            std::string cell = line.substr(start, tab - start);
+            for (const auto& [key, text] : defined)
+                for (std::size_t at; (at = cell.find('{' + key + '}')) != std::string::npos;)
+                    cell.replace(at, key.size() + 2, text);
+            row.cells.push_back(std::move(cell));
+            if (tab == std::string::npos)
+                break;
+            start = tab + 1;
+        }
+        if (row.cells[0].starts_with('$')) {
+            defined[row.cells[0].substr(1)] = row.cells.at(1);
+            continue;
+        }
+        row.cells.resize(std::max<std::size_t>(row.cells.size(), 4));
+        rows.push_back(std::move(row));
+    }
+    EXPECT_GT(rows.size(), 50u) << name << " is missing or nearly empty";
+    return rows;
+}
+
+std::string where(const std::string& table, const TableRow& row)
+{
+    return table + " line " + std::to_string(row.line) + ": " + row.cells[0] + " '" + row.cells[1] + "'";
+}
+
+TEST(FieldRules, JudgeEveryTypedTextAsTheTableSays)
+{
+    for (const auto& row : readTable("field_rules.tsv")) {
+        SCOPED_TRACE(where("field_rules.tsv", row));
+        const auto& [field, text, expected, message] = std::tie(row.cells[0], row.cells[1], row.cells[2], row.cells[3]);
+        std::map<std::string, std::string, std::less<>> others;
+        for (std::size_t i = 4; i < row.cells.size(); ++i) {
+            const std::size_t equals = row.cells[i].find('=');
+            others[row.cells[i].substr(0, equals)] = row.cells[i].substr(equals + 1);
+        }
+        const OtherFieldText other = [&](std::string_view name) {
+            const auto found = others.find(name);
+            return found == others.end() ? std::string() : found->second;
+        };
+        if (field.starts_with('~')) {
+            const bool same = field == "~equal" ? equalIgnoringCase(text, other("with"))
+                                                : isPrefixOfEachOther(text, other("with"));
+            EXPECT_EQ(same ? "yes" : "no", expected);
+            continue;
+        }
+        const auto failure = checkFieldText(field, text, other);
+        EXPECT_EQ(failure ? std::string(ruleName(failure->rule)) : "ok", expected);
+        EXPECT_EQ(failure ? failure->message : "", message);
+    }
+}
+
+TEST(Clamps, ReplaceEveryTypedTextAsTheTableSays)
+{
+    for (const auto& row : readTable("clamps.tsv")) {
+        SCOPED_TRACE(where("clamps.tsv", row));
+        const auto& [field, typed, with, expected] = std::tie(row.cells[0], row.cells[1], row.cells[2], row.cells[3]);
+        std::string result;
+        if (field.ends_with("impulsLEN")) {
+            result = clampImpulseLength(typed);
+        } else if (field == "tabTC") {
+            result = normalisePhoneNumber(typed, !with.empty(), with.empty() ? "+420" : with);
+        } else {
+            const auto fields = field.ends_with('H') ? clampScheduleHours({typed, with})
+                                                     : clampScheduleMinutes({with, typed});
+            result = fields.hours + ":" + fields.minutes;
+        }
+        EXPECT_EQ(result, expected);
+    }
+}
+
+// Output labels show in the write check's messages; the others only here.
+TEST(RowLabels, NameTheRowsOfEachTable)
+{
+    EXPECT_EQ(rowLabel(RowTable::Inputs, 0), "IN1");
+    EXPECT_EQ(rowLabel(RowTable::Analog, 6), "AIN7");
+    EXPECT_EQ(rowLabel(RowTable::Analog, 7), "BAT");
+    EXPECT_EQ(rowLabel(RowTable::Phones, 7), "T8");
+}
+
+} // namespace
+} // namespace rm8
