@@ -11,6 +11,7 @@
 #include "flow/file_flows.h"
 #include "flow/messages.h"
 #include "settings/image_encoder.h"
+#include "settings/image_layout.h"
 #include "settings/image_decoder.h"
 #include "settings/image_survey.h"
 #include "settings/settings_file.h"
@@ -122,8 +123,10 @@ int infoCommand(const Arguments& arguments, std::ostream& out, std::ostream& err
 
     const ImageInspection inspection = inspectImage(image);
     out << "Soubor:                 " << path << " (" << *read << " bajtů)\n";
-    out << "Značka formátu (46):    " << inspection.layoutMark << " (" << hex(inspection.layoutMark, 4) << ")"
-        << (inspection.layoutMark == 9602 ? "" : ", očekáváno 9602 (0x2582)") << '\n';
+    out << "Značka formátu (46):    " << inspection.layoutMark << " (" << hex(inspection.layoutMark, 4) << ")";
+    if (inspection.layoutMark != layout::kLayoutMark)
+        out << ", očekáváno " << layout::kLayoutMark << " (" << hex(layout::kLayoutMark, 4) << ")";
+    out << '\n';
     out << "Kontrolní bajt (48):    uložený " << unsigned(inspection.storedCheckByte) << ", vypočtený "
         << unsigned(inspection.computedCheckByte) << '\n';
     out << "Hlavička:               " << (inspection.headerValid ? "platná" : "neplatná") << '\n';
