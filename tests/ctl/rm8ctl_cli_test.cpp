@@ -99,8 +99,8 @@ TEST(Rm8ctl, EveryRowOfTheCaseTable)
         std::string want = expected.substr(std::min<std::size_t>(4, expected.size())), got;
         if (expected == "-")
             want = "", got = printed + complaint;
-        else if (kind == "out=")
-            want = fill(slurp(rm8::test::dataDir() / want)), got = printed;
+        else if (kind == "out=") // and nothing on standard error
+            want = fill(slurp(rm8::test::dataDir() / want)), got = printed + complaint;
         else if (kind == "out:") // one of the lines printed
             got = ("\n" + printed).find("\n" + want + "\n") != std::string::npos ? want : printed;
         else if (kind == "err:") // the first line of the complaint
