@@ -5,18 +5,17 @@
 
 #include "editing/character_sets.h"
 #include "settings/conversions.h"
+#include "settings/value_limits.h"
 
 namespace rm8 {
 namespace {
 
-constexpr double kMaxHours = 465;
-constexpr double kMaxMinutes = 27962; // 465 h 59 min, all in minutes
-constexpr double kShortestPeriod = 5;
+constexpr double kShortestPeriod = 5; // minutes, when the hours are 0
 
 ScheduleFields withMinimumPeriod(ScheduleFields fields)
 {
     if (textValue(fields.hours) == 0)
-        fields.minutes = clampFieldText(fields.minutes, kShortestPeriod, 59, 0);
+        fields.minutes = clampFieldText(fields.minutes, kShortestPeriod, limits::kIntervalMinutesMax, 0);
     return fields;
 }
 
@@ -30,21 +29,21 @@ std::string clampFieldText(std::string_view text, double lo, double hi, int deci
 
 std::string clampImpulseLength(std::string_view text)
 {
-    return clampFieldText(text, 0.1, 25.5, 1);
+    return clampFieldText(text, limits::kImpulseLengthMin, limits::kImpulseLengthMax, limits::kImpulseLengthDecimals);
 }
 
 ScheduleFields clampScheduleHours(ScheduleFields fields)
 {
-    fields.hours = clampFieldText(fields.hours, 0, kMaxHours, 0);
+    fields.hours = clampFieldText(fields.hours, 0, limits::kIntervalHoursMax, 0);
     return withMinimumPeriod(std::move(fields));
 }
 
 ScheduleFields clampScheduleMinutes(ScheduleFields fields)
 {
-    double minutes = textValue(clampFieldText(fields.minutes, 0, kMaxMinutes, 0));
+    double minutes = textValue(clampFieldText(fields.minutes, 0, limits::kTypedMinutesMax, 0));
     if (minutes >= 60) {
         const double carried = std::floor(minutes / 60);
-        fields.hours = clampFieldText(decimalText(textValue(fields.hours) + carried), 0, kMaxHours, 0);
+        fields.hours = clampFieldText(decimalText(textValue(fields.hours) + carried), 0, limits::kIntervalHoursMax, 0);
         minutes -= carried * 60;
     }
     fields.minutes = decimalText(minutes);

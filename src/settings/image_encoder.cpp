@@ -8,6 +8,7 @@
 #include "settings/conversions.h"
 #include "settings/image_header.h"
 #include "settings/image_layout.h"
+#include "settings/value_limits.h"
 #include "settings/windows1250.h"
 
 namespace rm8 {
@@ -126,7 +127,8 @@ private:
     {
         for (std::size_t i = 0; i < kRows; ++i) {
             at("tabOUTimpulsLEN", static_cast<int>(i + 1));
-            const std::string t = clampText(s_.tabOUTimpulsLEN[i], 0.1, 25.5, 1);
+            const std::string t = clampText(s_.tabOUTimpulsLEN[i], limits::kImpulseLengthMin, limits::kImpulseLengthMax,
+                                           limits::kImpulseLengthDecimals);
             image_.putByte(L::kImpulseLengthBase + i, storedWhole(textValue(t) * 10));
         }
     }
@@ -134,8 +136,8 @@ private:
     void writeInterval(const L::Interval& interval)
     {
         at(interval.hoursName, 0);
-        const double hours = textValue(clampText(s_.*interval.hours, 0, L::kMaxIntervalHours, 0));
-        const double minutes = textValue(clampText(s_.*interval.minutes, 0, L::kMaxIntervalMinutes, 0));
+        const double hours = textValue(clampText(s_.*interval.hours, 0, limits::kIntervalHoursMax, 0));
+        const double minutes = textValue(clampText(s_.*interval.minutes, 0, limits::kIntervalMinutesMax, 0));
         const long long tenths = storedWhole((hours * 60 + minutes) * 600);
         image_.putByte(interval.address, tenths % 256);
         image_.putByte(interval.address + 1u, (tenths / 256) % 256);

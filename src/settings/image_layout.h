@@ -32,6 +32,9 @@ inline constexpr std::uint16_t kAlarmHighToLowAddress = 241;
 inline constexpr std::uint16_t kOutputFunctionAddress = 242;
 inline constexpr std::uint16_t kAnalogOptionsBase = 243;
 inline constexpr std::uint16_t kHeapStart = 272;
+// Bytes 64..127 are the station's own: read with the rest, never written.
+inline constexpr std::uint16_t kStationBytesStart = 64;
+inline constexpr std::uint16_t kStationBytesEnd = 128;
 inline constexpr std::uint16_t kEndMark = 0xFFFF;
 
 inline constexpr std::uint16_t kReservedTextsPointer = 36;
@@ -186,8 +189,5 @@ inline constexpr std::array<Interval, 2> kIntervals{{
     {251, &S::eePSOnH, &S::eePSOnM, "eePSOnH", "eePSOnM"},
     {254, &S::eePSOffH, &S::eePSOffM, "eePSOffH", "eePSOffM"},
 }};
-
-inline constexpr int kMaxIntervalHours = 465;
-inline constexpr int kMaxIntervalMinutes = 59;
 
 } // namespace rm8::layout

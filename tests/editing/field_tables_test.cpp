@@ -6,8 +6,8 @@
 
 #include <fstream>
 #include <map>
-#include <tuple>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
