@@ -2,7 +2,8 @@
 // ctl/cases.tsv is one command line, judged by the exit status, the first line
 // printed (or the whole output against a golden file) and the files left
 // behind. The rows run in order in one scratch folder, beside one simulated
-// station ({port}) and one pseudo-terminal that nobody answers ({silent}).
+// station ({port}), one too old to program ({foreign}) and one
+// pseudo-terminal that nobody answers ({silent}).
 
 #include <sys/wait.h>
 
@@ -56,12 +57,17 @@ TEST(Rm8ctl, EveryRowOfTheCaseTable)
     profile.memorySizeCode = 3; // 960 bytes
     rm8::sim::PtyStation station{rm8::sim::StationSimulator(profile)};
     station.start();
+    rm8::sim::StationProfile older = profile;
+    older.versionMajor = 0; // a processor too old to be programmed
+    rm8::sim::PtyStation foreign{rm8::sim::StationSimulator(older)};
+    foreign.start();
     const rm8::sim::PtyStation silent{rm8::sim::StationSimulator(profile)};
     const rm8::test::ScratchDir dir;
     const rm8::test::ScratchDir capture;
     const std::map<std::string, std::string> places{{"{data}", rm8::test::dataDir().string()},
                                                     {"{dir}", dir.path().string()},
                                                     {"{port}", station.path()},
+                                                    {"{foreign}", foreign.path()},
                                                     {"{silent}", silent.path()}};
     const auto fill = [&](std::string text) {
         for (const auto& [key, value] : places)
