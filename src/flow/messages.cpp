@@ -43,4 +43,20 @@ std::string saveFailed(std::string_view path)
     return quoted("Při ukládání nastavení programu do souboru '", path, "' nastala chyba.");
 }
 
+std::string portNotOpened(std::string_view portName)
+{
+    return quoted("Nelze otevřít port ", portName, "");
+}
+
+std::string wrongProduct(std::string_view programmableProduct)
+{
+    return quoted("Touto verzí programu lze naprogramovat pouze zařízení ", programmableProduct, ".");
+}
+
+std::string oldProcessor(std::string_view minimumVersion)
+{
+    return quoted("Touto verzí programu lze naprogramovat pouze zařízení s procesorem verze ", minimumVersion,
+                  " a vyšší.");
+}
+
 } // namespace rm8::messages

@@ -4,16 +4,17 @@
 #include <array>
 #include <chrono>
 
+#include "flow/messages.h"
 #include "link/frame.h"
+#include "link/protocol_codes.h"
+#include "settings/image_layout.h"
 
 namespace rm8::link {
 namespace {
 
-constexpr std::uint8_t kReadRequest = 4;
-constexpr std::uint8_t kWriteRequest = 5;
-constexpr std::uint8_t kReadReply = 132;
-constexpr std::uint8_t kWriteReply = 133;
-constexpr std::size_t kBlock = 8;
+using protocol::kBlockBytes;
+using protocol::kReadBlock;
+using protocol::kWriteBlock;
 constexpr unsigned kRetryStepMs = 100;
 constexpr unsigned kReplyMarginMs = 100;
 constexpr unsigned kLongestReadWaitMs = 30000;
@@ -33,37 +34,37 @@ std::vector<std::uint8_t> addressed(std::uint8_t request, std::uint16_t address)
 
 std::vector<std::uint16_t> BlockTransfer::headerBlocks()
 {
+    // Everything below the heap but the station's own bytes.
     std::vector<std::uint16_t> blocks;
-    for (std::uint16_t a = 0; a <= 56; a = static_cast<std::uint16_t>(a + kBlock))
-        blocks.push_back(a);
-    for (std::uint16_t a = 128; a <= 264; a = static_cast<std::uint16_t>(a + kBlock))
-        blocks.push_back(a);
+    for (std::uint16_t a = 0; a < layout::kHeapStart; a = static_cast<std::uint16_t>(a + kBlockBytes))
+        if (a < layout::kStationBytesStart || a >= layout::kStationBytesEnd)
+            blocks.push_back(a);
     return blocks;
 }
 
 bool BlockTransfer::readBlock(std::uint16_t address)
 {
-    const auto reply = io_.exchange(addressed(kReadRequest, address), kReadReply,
+    const auto reply = io_.exchange(addressed(kReadBlock, address), protocol::replyCode(kReadBlock),
                                     std::chrono::milliseconds(retryWaitMs_ + kReplyMarginMs));
-    if (!reply || reply->size() < 1 + 2 * kBlock)
+    if (!reply || reply->size() < protocol::kReadReplyLength)
         return false;
-    for (std::size_t k = 0; k < kBlock; ++k)
+    for (std::size_t k = 0; k < kBlockBytes; ++k)
         image_.putByte(address + k, hexPairToByte((*reply)[1 + 2 * k], (*reply)[2 + 2 * k]));
     return true;
 }
 
 bool BlockTransfer::writeBlock(std::uint16_t address)
 {
-    auto request = addressed(kWriteRequest, address);
-    for (std::size_t k = 0; k < kBlock; ++k)
+    auto request = addressed(kWriteBlock, address);
+    for (std::size_t k = 0; k < kBlockBytes; ++k)
         appendHexByte(request, image_.byte(address + k));
-    return io_.exchange(request, kWriteReply, std::chrono::milliseconds(retryWaitMs_ + kReplyMarginMs)).has_value();
+    return io_.exchange(request, protocol::replyCode(kWriteBlock), std::chrono::milliseconds(retryWaitMs_ + kReplyMarginMs)).has_value();
 }
 
 bool BlockTransfer::verifyBlock(std::uint16_t address)
 {
-    std::array<std::uint8_t, kBlock> expected{};
-    for (std::size_t k = 0; k < kBlock; ++k)
+    std::array<std::uint8_t, kBlockBytes> expected{};
+    for (std::size_t k = 0; k < kBlockBytes; ++k)
         expected[k] = image_.byte(address + k);
     retryWaitMs_ = 0;
     for (int attempt = 0; attempt < kVerifyAttempts; ++attempt) {
@@ -71,7 +72,7 @@ bool BlockTransfer::verifyBlock(std::uint16_t address)
         if (!readBlock(address))
             continue;
         bool same = true;
-        for (std::size_t k = 0; k < kBlock; ++k)
+        for (std::size_t k = 0; k < kBlockBytes; ++k)
             same = same && image_.byte(address + k) == expected[k];
         if (same)
             return true;
@@ -83,11 +84,11 @@ bool BlockTransfer::readAllBlocks(std::size_t eepromSize)
 {
     Interaction& ui = io_.ui();
     io_.flushInput();
-    ui.showProgress("Načítám data z EEPROM do PC.", true);
-    const std::size_t blocks = (eepromSize + kBlock - 1) / kBlock;
+    ui.showProgress(messages::kReadingEeprom, true);
+    const std::size_t blocks = (eepromSize + kBlockBytes - 1) / kBlockBytes;
     std::size_t address = 0;
     do {
-        ui.progressBlocks(address / kBlock, blocks);
+        ui.progressBlocks(address / kBlockBytes, blocks);
         retryWaitMs_ = 0;
         int failures = 0;
         while (!readBlock(static_cast<std::uint16_t>(address))) {
@@ -98,9 +99,9 @@ bool BlockTransfer::readAllBlocks(std::size_t eepromSize)
             ++failures;
             retryWaitMs_ += kRetryStepMs;
         }
-        address += kBlock;
+        address += kBlockBytes;
     } while (address < eepromSize && !ui.cancelRequested());
-    ui.progressBlocks(std::min(address / kBlock, blocks), blocks);
+    ui.progressBlocks(std::min(address / kBlockBytes, blocks), blocks);
     ui.hideProgress();
     return true;
 }
@@ -125,7 +126,7 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
 {
     Interaction& ui = io_.ui();
     io_.flushInput();
-    ui.showProgress("Ukládám data z PC do EEPROM.", true);
+    ui.showProgress(messages::kWritingEeprom, true);
     const auto fail = [&] {
         ui.hideProgress();
         return false;
@@ -133,7 +134,7 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
 
     const auto headers = headerBlocks();
     const std::size_t dataBlocks =
-        usedSize <= kFirstDataBlock ? 1 : (usedSize - kFirstDataBlock + kBlock - 1) / kBlock + 1;
+        usedSize <= kFirstDataBlock ? 1 : (usedSize - kFirstDataBlock + kBlockBytes - 1) / kBlockBytes + 1;
     const std::size_t total = 2 * headers.size() + dataBlocks;
     std::size_t done = 0;
     const auto writeOne = [&](std::uint16_t address) {
@@ -143,9 +144,9 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
 
     // Pass 1: the header goes first, so that a write cut short leaves the
     // station reading as not programmed rather than half programmed.
-    std::vector<std::array<std::uint8_t, kBlock>> saved(headers.size());
+    std::vector<std::array<std::uint8_t, kBlockBytes>> saved(headers.size());
     for (std::size_t h = 0; h < headers.size(); ++h) {
-        for (std::size_t k = 0; k < kBlock; ++k) {
+        for (std::size_t k = 0; k < kBlockBytes; ++k) {
             saved[h][k] = image_.byte(headers[h] + k);
             image_.putByte(headers[h] + k, 0);
         }
@@ -160,12 +161,12 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
         if (!writeOne(static_cast<std::uint16_t>(address)))
             return fail();
         previous = address;
-        address += kBlock;
+        address += kBlockBytes;
     } while (previous < usedSize && !ui.cancelRequested());
 
     // Pass 3: the header with its real bytes.
     for (std::size_t h = 0; h < headers.size(); ++h) {
-        for (std::size_t k = 0; k < kBlock; ++k)
+        for (std::size_t k = 0; k < kBlockBytes; ++k)
             image_.putByte(headers[h] + k, saved[h][k]);
         if (!writeOne(headers[h]))
             return fail();

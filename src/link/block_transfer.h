@@ -9,10 +9,12 @@
 
 #include "link/line_io.h"
 #include "settings/eeprom_image.h"
+#include "settings/image_layout.h"
 
 namespace rm8::link {
 
-inline constexpr std::uint16_t kFirstDataBlock = 272;
+// The data blocks are the heap's.
+inline constexpr std::uint16_t kFirstDataBlock = layout::kHeapStart;
 
 class BlockTransfer {
 public:

@@ -1,7 +1,6 @@
 #include "link/line_io.h"
 
 #include <algorithm>
-#include <thread>
 
 #include "link/frame.h"
 
@@ -16,18 +15,18 @@ void LineIo::send(std::span<const std::uint8_t> data)
 
 void LineIo::waitUntil(Clock::time_point deadline)
 {
-    for (auto now = Clock::now(); now < deadline; now = Clock::now()) {
-        std::this_thread::sleep_for(std::min<Clock::duration>(deadline - now, kTurn));
+    for (auto now = clock_.now(); now < deadline; now = clock_.now()) {
+        clock_.sleepUntil(std::min<Clock::time_point>(deadline, now + kTurn));
         (void)ui_.cancelRequested();
     }
 }
 
 std::optional<std::vector<std::uint8_t>> LineIo::receive(std::chrono::milliseconds timeout)
 {
-    const auto deadline = Clock::now() + timeout;
+    const auto deadline = clock_.now() + timeout;
     FrameAssembler assembler;
     while (!assembler.complete()) {
-        const auto now = Clock::now();
+        const auto now = clock_.now();
         if (now >= deadline)
             return std::nullopt;
         auto bytes = line_.read(std::min(deadline, now + kTurn));

@@ -2,6 +2,8 @@
 // One exchange at a time on the serial line: a request frame out, a reply
 // frame in within a timeout. While it waits the user interface gets a turn
 // at least every 50 ms; a reply is taken the moment its terminator arrives.
+// The timeouts are measured on the clock given, the steady clock unless the
+// line keeps time of its own.
 
 #include <chrono>
 #include <cstdint>
@@ -10,6 +12,7 @@
 #include <vector>
 
 #include "flow/interaction.h"
+#include "link/line_clock.h"
 #include "link/serial_line.h"
 
 namespace rm8::link {
@@ -18,7 +21,9 @@ class LineIo {
 public:
     static constexpr std::chrono::milliseconds kTurn{50};
 
-    LineIo(SerialLine& line, Interaction& ui) : line_(line), ui_(ui) {}
+    LineIo(SerialLine& line, Interaction& ui, LineClock& clock = steadyClock()) : line_(line), ui_(ui), clock_(clock)
+    {
+    }
 
     void send(std::span<const std::uint8_t> data);
 
@@ -34,12 +39,14 @@ public:
     void flushInput() { line_.flushInput(); }
     SerialLine& line() { return line_; }
     Interaction& ui() { return ui_; }
+    LineClock& clock() { return clock_; }
 
 private:
     void waitUntil(Clock::time_point deadline);
 
     SerialLine& line_;
     Interaction& ui_;
+    LineClock& clock_;
 };
 
 } // namespace rm8::link

@@ -2,7 +2,9 @@
 
 #include <array>
 
+#include "flow/messages.h"
 #include "link/frame.h"
+#include "link/protocol_codes.h"
 #include "link/station_tables.h"
 #include "settings/conversions.h"
 #include "settings/memory_sizes.h"
@@ -12,22 +14,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::array<std::uint8_t, 1> kAttention{1};
-constexpr std::array<std::uint8_t, 1> kIdentify{2};
-constexpr std::array<std::uint8_t, 1> kConfiguration{3};
-constexpr std::array<std::uint8_t, 3> kLeave{6, 170, 85};
-constexpr std::uint8_t kAttentionReply = 129;
-constexpr std::uint8_t kIdentifyReply = 130;
-constexpr std::uint8_t kConfigurationReply = 131;
-constexpr std::uint8_t kLeaveReply = 134;
+constexpr std::array<std::uint8_t, 1> kAttention{protocol::kAttention};
+constexpr std::array<std::uint8_t, 1> kIdentify{protocol::kIdentify};
+constexpr std::array<std::uint8_t, 1> kConfiguration{protocol::kConfiguration};
 
 constexpr std::string_view kProgrammableProduct = "RM8";
 constexpr std::string_view kMinimumVersion = "1.0";
-
-constexpr std::string_view kInstructions =
-    "Uveďte zařízení do vypnutého stavu (CPU LED svítí trvale).\r\n"
-    "Pokud zařízení není vypnuto, vypnete jej stiskem tlačítka 'GSM OFF'.\r\n"
-    "Poté připojte konfigurační kabel a potvrďte 'OK'.";
 
 std::uint8_t pairAt(const std::vector<std::uint8_t>& reply, std::size_t index)
 {
@@ -39,7 +31,7 @@ std::uint8_t pairAt(const std::vector<std::uint8_t>& reply, std::size_t index)
 Activation failed(LineIo& io)
 {
     io.ui().hideProgress();
-    io.ui().message(MessageIcon::Stop, "Při pokusu aktivovat spojení nastala chyba.");
+    io.ui().message(MessageIcon::Stop, messages::kActivationFailed);
     io.line().close();
     return {};
 }
@@ -48,18 +40,15 @@ Activation failed(LineIo& io)
 bool judge(const StationIdentity& identity, Interaction& ui)
 {
     if (identity.product == "?") {
-        ui.message(MessageIcon::Information, "Připojené zařízení není známo. Je sice povoleno ho naprogramovat, ale "
-                                             "za způsobené chyby není ručeno.");
+        ui.message(MessageIcon::Information, messages::kUnknownDevice);
         return true;
     }
     if (identity.product != kProgrammableProduct) {
-        ui.message(MessageIcon::Stop,
-                   "Touto verzí programu lze naprogramovat pouze zařízení " + std::string(kProgrammableProduct) + ".");
+        ui.message(MessageIcon::Stop, messages::wrongProduct(kProgrammableProduct));
         return false;
     }
     if (textValue(identity.version) < textValue(kMinimumVersion)) {
-        ui.message(MessageIcon::Stop, "Touto verzí programu lze naprogramovat pouze zařízení s procesorem verze "
-                                          + std::string(kMinimumVersion) + " a vyšší.");
+        ui.message(MessageIcon::Stop, messages::oldProcessor(kMinimumVersion));
         return false;
     }
     return true;
@@ -86,22 +75,22 @@ Activation activateLink(LineIo& io, std::string_view portName)
     io.line().close();
     if (auto opened = io.line().open(); !opened) {
         ui.hideProgress();
-        ui.message(MessageIcon::Stop, "Nelze otevřít port " + std::string(portName), opened.error());
+        ui.message(MessageIcon::Stop, messages::portNotOpened(portName), opened.error());
         return {};
     }
-    ui.message(MessageIcon::Information, kInstructions);
+    ui.message(MessageIcon::Information, messages::kConnectInstructions);
     io.flushInput();
     ui.showProgress(kSearchingText, true);
 
     // No limit on attempts: the technician ends the search with Storno.
-    while (!io.exchange(kAttention, kAttentionReply, 500ms))
+    while (!io.exchange(kAttention, protocol::replyCode(protocol::kAttention), 500ms))
         if (ui.cancelRequested())
             return failed(io);
     if (ui.cancelRequested())
         return failed(io);
 
     Activation result;
-    const auto identify = io.exchange(kIdentify, kIdentifyReply, 100ms);
+    const auto identify = io.exchange(kIdentify, protocol::replyCode(protocol::kIdentify), 100ms);
     if (!identify)
         return failed(io);
     const std::uint32_t signature = pairAt(*identify, 1) + 256u * pairAt(*identify, 3) + 65536u * pairAt(*identify, 5);
@@ -111,7 +100,7 @@ Activation activateLink(LineIo& io, std::string_view portName)
         std::to_string(pairAt(*identify, 7)) + "." + std::to_string(pairAt(*identify, 9));
     const bool versionOk = judge(result.identity, ui);
 
-    const auto configuration = io.exchange(kConfiguration, kConfigurationReply, 100ms);
+    const auto configuration = io.exchange(kConfiguration, protocol::replyCode(protocol::kConfiguration), 100ms);
     if (!configuration)
         return failed(io);
     if (const auto size = memorySizeText(pairAt(*configuration, 1)))
@@ -127,12 +116,8 @@ Activation activateLink(LineIo& io, std::string_view portName)
 bool deactivateLink(LineIo& io)
 {
     io.flushInput();
-    if (!io.exchange(kLeave, kLeaveReply, 100ms)) {
-        const Answer answer =
-            io.ui().ask(MessageIcon::Stop,
-                        "Při deaktivaci spojení došlo k chybě. Zařízení je zřejmě stále v programovacím módu. Mám "
-                        "přesto přejít do 'Neaktivního stavu'?",
-                        Buttons::YesNo);
+    if (!io.exchange(protocol::kLeaveRequest, protocol::replyCode(protocol::kLeave), 100ms)) {
+        const Answer answer = io.ui().ask(MessageIcon::Stop, messages::kLeaveFailedQuestion, Buttons::YesNo);
         if (answer != Answer::Yes)
             return false;
     }

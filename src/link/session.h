@@ -6,13 +6,14 @@
 #include <string>
 #include <string_view>
 
+#include "flow/messages.h"
 #include "link/line_io.h"
 
 namespace rm8::link {
 
 // The progress text while the station is searched for; the search has no
 // limit of its own and ends with Storno.
-inline constexpr std::string_view kSearchingText = "Program se pokouší navázat komunikaci ...";
+inline constexpr std::string_view kSearchingText = messages::kSearchingStation;
 
 enum class ConnectionState { Inactive, Active, WrongVersion };
 

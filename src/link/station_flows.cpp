@@ -17,17 +17,17 @@ FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& setting
     BlockTransfer transfer(io, image);
     if (!transfer.readAllBlocks(eepromSize)) {
         ui.hideProgress();
-        ui.message(MessageIcon::Stop, "Data nebyla úspěšně načtena z EEPROM. Došlo k chybě při načítání bloku dat.");
+        ui.message(MessageIcon::Stop, messages::kStationReadFailed);
         return FlowOutcome::Failed;
     }
     if (ui.cancelRequested()) {
         ui.hideProgress();
-        ui.message(MessageIcon::Information, "Načtítání dat z EEPROM do PC bylo stornováno.");
+        ui.message(MessageIcon::Information, messages::kStationReadCancelled);
         return FlowOutcome::Declined;
     }
     if (!imageHeaderValid(image)) {
         ui.hideProgress();
-        ui.message(MessageIcon::Exclamation, "Data nebyla úspěšně načtena z EEPROM. EEPROM zřejmě není naprogramována.");
+        ui.message(MessageIcon::Exclamation, messages::kStationNotProgrammed);
         return FlowOutcome::Rejected;
     }
     ui.showProgress(messages::kConvertingData, false);
@@ -37,12 +37,11 @@ FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& setting
     auto result = decodeImage(image, decoded);
     ui.hideProgress();
     if (!result) {
-        ui.message(MessageIcon::Stop, "Data nebyla úspěšně načtena z EEPROM. Došlo k chybě při načítání bloku dat.",
-                   result.error().describe());
+        ui.message(MessageIcon::Stop, messages::kStationReadFailed, result.error().describe());
         return FlowOutcome::Failed;
     }
     settings = std::move(decoded);
-    ui.message(MessageIcon::Information, "Data byla úspěšně načtena z EEPROM.");
+    ui.message(MessageIcon::Information, messages::kStationReadDone);
     return FlowOutcome::Done;
 }
 
@@ -69,16 +68,16 @@ FlowOutcome writeStation(LineIo& io, EepromImage& image, const StationSettings& 
     BlockTransfer transfer(io, image);
     if (!transfer.writeAllBlocks(usedSize(settings), checkWrite)) {
         ui.hideProgress();
-        ui.message(MessageIcon::Stop, "Data nebyla úspěšně uložena do EEPROM. Došlo k chybě při ukládání bloku do EEPROM.");
+        ui.message(MessageIcon::Stop, messages::kStationWriteFailed);
         return FlowOutcome::Failed;
     }
     if (ui.cancelRequested()) {
         ui.hideProgress();
-        ui.message(MessageIcon::Information, "Ukládání dat z PC do EEPROM bylo stornováno.");
+        ui.message(MessageIcon::Information, messages::kStationWriteCancelled);
         return FlowOutcome::Declined;
     }
     ui.hideProgress();
-    ui.message(MessageIcon::Information, "Data byla úspěšně uložena do EEPROM.");
+    ui.message(MessageIcon::Information, messages::kStationWriteDone);
     return FlowOutcome::Done;
 }
 

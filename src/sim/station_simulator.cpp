@@ -1,14 +1,15 @@
 #include "sim/station_simulator.h"
 
 #include "link/frame.h"
+#include "link/protocol_codes.h"
 #include "settings/image_header.h"
 
 namespace rm8::sim {
 namespace {
 
+namespace code = link::protocol;
 using Bytes = std::vector<std::uint8_t>;
-
-constexpr std::size_t kBlock = 8;
+using link::protocol::kBlockBytes;
 // Longer than any request; what runs past it without a terminator is line
 // noise, and the station's buffer would have overrun long before.
 constexpr std::size_t kLongestRequest = 256;
@@ -29,7 +30,7 @@ std::size_t addressOf(const Bytes& request)
 
 bool isBlockRequest(const Bytes& request)
 {
-    return !request.empty() && (request[0] == 4 || request[0] == 5);
+    return !request.empty() && (request[0] == code::kReadBlock || request[0] == code::kWriteBlock);
 }
 
 } // namespace
@@ -76,8 +77,13 @@ std::vector<Reply> StationSimulator::respond(std::span<const std::uint8_t> bytes
         ++frames_;
         if (behaviour_.keepRequests)
             requests_.push_back(frame);
-        if (auto reply = answer(frame))
-            out.push_back(shape(frame, *reply));
+        const RequestFault fault = behaviour_.faultFor ? behaviour_.faultFor(frames_, frame) : RequestFault::None;
+        if (fault == RequestFault::HangUp) {
+            hungUp_ = true;
+            break;
+        }
+        if (auto reply = answer(frame, fault))
+            out.push_back(shape(frame, *reply, fault));
         if (isBlockRequest(frame)) {
             ++blockRequests_;
             const unsigned limit = behaviour_.faults.hangUpAfterBlocks;
@@ -97,7 +103,7 @@ std::vector<std::uint8_t> StationSimulator::receive(std::span<const std::uint8_t
     return out;
 }
 
-Reply StationSimulator::shape(const Bytes& request, const Bytes& data)
+Reply StationSimulator::shape(const Bytes& request, const Bytes& data, RequestFault fault)
 {
     const StationFaults& faults = behaviour_.faults;
     const std::size_t number = ++replies_;
@@ -109,34 +115,43 @@ Reply StationSimulator::shape(const Bytes& request, const Bytes& data)
         // Both frames as they would travel the cable (with checksum and
         // terminator), the request having gone out at once on the pty.
         reply.delay = behaviour_.line.wireTime(request.size() + 2 + reply.bytes.size());
-        if (request[0] == 5)
+        if (request[0] == code::kWriteBlock)
             reply.delay += behaviour_.line.writeTime;
     }
-    if (every(faults.dropEvery)) {
+    if (fault == RequestFault::None) {
+        if (every(faults.dropEvery))
+            fault = RequestFault::Drop;
+        else if (every(faults.badChecksumEvery))
+            fault = RequestFault::Garble;
+        else if (every(faults.lateEvery))
+            fault = RequestFault::Late;
+    }
+    if (fault == RequestFault::Drop) {
         reply.fault = ReplyFault::Dropped;
-    } else if (every(faults.badChecksumEvery)) {
+    } else if (fault == RequestFault::Garble) {
         reply.fault = ReplyFault::BadChecksum;
         auto& check = reply.bytes[reply.bytes.size() - 2];
         check = static_cast<std::uint8_t>(check + 1);
         if (check == link::kTerminator) // a checksum of 13 would end the frame early
             check = static_cast<std::uint8_t>(check + 1);
-    } else if (every(faults.lateEvery)) {
+    } else if (fault == RequestFault::Late) {
         reply.fault = ReplyFault::Late;
         reply.delay += faults.lateBy;
     }
     return reply;
 }
 
-std::optional<std::vector<std::uint8_t>> StationSimulator::answer(const Bytes& request)
+std::optional<std::vector<std::uint8_t>> StationSimulator::answer(const Bytes& request, RequestFault fault)
 {
-    switch (request[0]) {
-    case 1:
+    const std::uint8_t requestCode = request[0];
+    Bytes reply{code::replyCode(requestCode)};
+    switch (requestCode) {
+    case code::kAttention:
         if (attentions_++ < behaviour_.faults.silentAttentions)
             return std::nullopt;
         programming_ = true;
-        return Bytes{129};
-    case 2: {
-        Bytes reply{130};
+        return reply;
+    case code::kIdentify: {
         const Bytes digits = hex({static_cast<std::uint8_t>(profile_.signature & 0xFF),
                                   static_cast<std::uint8_t>((profile_.signature >> 8) & 0xFF),
                                   static_cast<std::uint8_t>((profile_.signature >> 16) & 0xFF),
@@ -144,37 +159,36 @@ std::optional<std::vector<std::uint8_t>> StationSimulator::answer(const Bytes& r
         reply.insert(reply.end(), digits.begin(), digits.end());
         return reply;
     }
-    case 3: {
-        Bytes reply{131};
+    case code::kConfiguration: {
         const Bytes digits = hex({profile_.memorySizeCode, profile_.modemCode});
         reply.insert(reply.end(), digits.begin(), digits.end());
         return reply;
     }
-    case 4: {
-        if (request.size() < 5)
+    case code::kReadBlock: {
+        if (request.size() < code::kBlockRequestLength)
             return std::nullopt;
         const std::size_t address = addressOf(request);
-        Bytes reply{132};
-        for (std::size_t k = 0; k < kBlock; ++k)
+        for (std::size_t k = 0; k < kBlockBytes; ++k)
             link::appendHexByte(reply, address + k < eeprom_.size() ? eeprom_[address + k] : 0xFF);
         return reply;
     }
-    case 5: {
-        if (request.size() < 5 + 2 * kBlock)
+    case code::kWriteBlock: {
+        if (request.size() < code::kWriteRequestLength)
             return std::nullopt;
         const std::size_t address = addressOf(request);
-        for (std::size_t k = 0; k < kBlock; ++k) {
-            auto value = link::hexPairToByte(request[5 + 2 * k], request[6 + 2 * k]);
-            if (k == 0 && behaviour_.faults.corruptWrites)
+        const std::size_t data = code::kBlockRequestLength;
+        for (std::size_t k = 0; k < kBlockBytes; ++k) {
+            auto value = link::hexPairToByte(request[data + 2 * k], request[data + 1 + 2 * k]);
+            if (k == 0 && (behaviour_.faults.corruptWrites || fault == RequestFault::StoreOther))
                 value = static_cast<std::uint8_t>(~value);
             if (address + k < eeprom_.size())
                 eeprom_[address + k] = value;
         }
-        return Bytes{133};
+        return reply;
     }
-    case 6:
+    case code::kLeave:
         programming_ = false;
-        return Bytes{134};
+        return reply;
     default:
         return std::nullopt;
     }

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -47,9 +48,18 @@ struct StationFaults {
     unsigned hangUpAfterBlocks = 0; // after N read or write requests the line goes dead; 0: never
 };
 
+// A fault chosen for one request, whatever the schedule above says: the reply
+// dropped (the request is still carried out), sent with a wrong checksum or
+// held back, the block stored with its first byte inverted, or the line going
+// dead as the request arrives (it is neither answered nor carried out).
+enum class RequestFault { None, Drop, Garble, Late, StoreOther, HangUp };
+
 struct StationBehaviour {
     LineEmulation line;
     StationFaults faults;
+    // Asked for every well-formed request, numbered from 1 in the order they
+    // arrive; a test's way to hit exactly the exchange it means.
+    std::function<RequestFault(std::size_t number, std::span<const std::uint8_t> request)> faultFor;
     // Keeps every request for inspection; a long-running rm8sim switches it off.
     bool keepRequests = true;
 };
@@ -95,8 +105,8 @@ public:
     const StationBehaviour& behaviour() const { return behaviour_; }
 
 private:
-    std::optional<std::vector<std::uint8_t>> answer(const std::vector<std::uint8_t>& request);
-    Reply shape(const std::vector<std::uint8_t>& request, const std::vector<std::uint8_t>& data);
+    std::optional<std::vector<std::uint8_t>> answer(const std::vector<std::uint8_t>& request, RequestFault fault);
+    Reply shape(const std::vector<std::uint8_t>& request, const std::vector<std::uint8_t>& data, RequestFault fault);
 
     StationProfile profile_;
     StationBehaviour behaviour_;
