@@ -1,209 +1,80 @@
-#include <deque>
+// The load and save flows as the technician meets them: every progress text,
+// question and message in order, with its icon and detail, and what becomes
+// of the settings, the image and the file. Cases in file_flows.json; a file
+// named there is a data file, "foreign", "empty" and "old" are made here.
 
-#include <gtest/gtest.h>
-
+#include "fields/settings_json.h"
 #include "flow/file_flows.h"
-#include "settings/image_encoder.h"
+#include "settings/table_file.h"
 #include "settings/used_size.h"
-#include "support/test_data.h"
+#include "support/recording_interaction.h"
 
 namespace rm8 {
 namespace {
 
-using test::ScratchDir;
+namespace fs = std::filesystem;
 
-// Records what the technician would see and answers questions from a script.
-class RecordingInteraction : public Interaction {
-public:
-    struct Event {
-        std::string kind;
-        std::string text;
-        MessageIcon icon = MessageIcon::Information;
-    };
+TEST(FileFlows, CasesOfTheTable)
+{
+    for (const auto& c : test::readJson(test::dataDir() / "settings/file_flows.json")) {
+        SCOPED_TRACE(c["name"].get<std::string>());
+        const std::string kind = c["file"];
+        test::ScratchDir dir;
+        const fs::path path
+            = kind.ends_with(".eep") ? test::dataDir() / kind : dir / (kind == "nofolder" ? "x/a.eep" : "a.eep");
+        const std::map<std::string, std::vector<char>> made { { "foreign", std::vector<char>(500, 'x') },
+            { "empty", {} }, { "old", { 'o', 'l', 'd' } } };
+        if (made.contains(kind))
+            test::writeBytes(path, made.at(kind));
+        const auto file = fs::is_regular_file(path) ? test::readBytes(path) : std::vector<char>();
+        StationSettings settings;
+        settings.tabUTO = "+421";
+        settings.rtSwitchOn = c.contains("unencodable") ? "✓ zapnuto" : "Čerpadlo zapnuto";
+        const StationSettings before = settings;
+        const EepromImage blank(0x20);
+        EepromImage image = blank;
+        test::RecordingInteraction ui;
+        for (const auto& answer : c.value("answers", nlohmann::json::array()))
+            ui.answers.push_back(answer == "Yes" ? Answer::Yes : Answer::No);
+        const bool load = c["flow"] == "load";
+        const FlowOutcome outcome
+            = load ? loadSettingsFile(path, image, settings, ui) : saveSettingsFile(path, image, settings, ui);
 
-    void showProgress(std::string_view text, bool) override { events.push_back({"progress", std::string(text)}); }
-    void hideProgress() override { events.push_back({"hide", ""}); }
-    bool cancelRequested() override { return false; }
-    void message(MessageIcon icon, std::string_view text, std::string_view) override
-    {
-        events.push_back({"message", std::string(text), icon});
+        const char* outcomes[] = { "Done", "Declined", "Rejected", "Failed" };
+        const char* icons[] = { "Stop", "Exclamation", "Question", "Information" };
+        EXPECT_EQ(outcomes[static_cast<int>(outcome)], c["outcome"]);
+        std::vector<std::string> events;
+        for (std::string event : c["events"])
+            events.push_back(event.find("{path}") == std::string::npos
+                    ? event
+                    : event.replace(event.find("{path}"), 6, path.string()));
+        EXPECT_EQ(ui.events, events);
+        std::vector<std::string> shown;
+        for (const auto& m : ui.questions.empty() ? ui.messages : ui.questions)
+            shown.push_back(icons[static_cast<int>(m.icon)]);
+        EXPECT_EQ(nlohmann::json(shown), c["icons"]);
+        const std::string detail = c.value("detail", "");
+        EXPECT_EQ(test::likePattern(ui.messages.empty() ? "" : ui.messages[0].detail, detail), detail);
+
+        // A load changes the settings only when the whole image decoded, and
+        // then not those the file does not carry; the image takes the bytes
+        // of any file it could read. A save writes one byte short of the used
+        // size, and a failed encoding changes no byte of the image.
+        StationSettings expected = before;
+        if (load && outcome == FlowOutcome::Done) {
+            expected = settingsFromJson(test::readJson(test::dataDir() / "full.json")).value();
+            expected.tabUTO = before.tabUTO;
+        }
+        EXPECT_EQ(settings, expected);
+        EepromImage read = blank;
+        std::copy(file.begin(), file.end(), read.bytes().begin());
+        read.putByte(0, kind == "empty" ? 0 : read.byte(0));
+        const auto written = fs::is_regular_file(path) ? test::readBytes(path) : std::vector<char>();
+        const std::vector<char> saved(
+            image.bytes().begin(), image.bytes().begin() + static_cast<std::ptrdiff_t>(usedSize(settings) - 1));
+        EXPECT_EQ(written, !load && outcome == FlowOutcome::Done ? saved : file);
+        EXPECT_TRUE(load ? image == read : !c.contains("unencodable") || image == blank);
     }
-    Answer ask(MessageIcon icon, std::string_view question, Buttons) override
-    {
-        events.push_back({"ask", std::string(question), icon});
-        EXPECT_FALSE(answers.empty()) << "unexpected question: " << question;
-        if (answers.empty())
-            return Answer::Cancel;
-        const Answer answer = answers.front();
-        answers.pop_front();
-        return answer;
-    }
-
-    std::vector<Event> messages() const
-    {
-        std::vector<Event> shown;
-        for (const auto& e : events)
-            if (e.kind == "message" || e.kind == "ask")
-                shown.push_back(e);
-        return shown;
-    }
-
-    std::vector<Event> events;
-    std::deque<Answer> answers;
-};
-
-StationSettings edited()
-{
-    StationSettings s;
-    s.tabJmenoStanice = "Čerpací stanice";
-    s.tabINPNazev[0] = "DVERE";
-    s.tabTC[0] = "+420602123456";
-    return s;
-}
-
-TEST(LoadFlow, GoodFileFillsTheSettings)
-{
-    const auto path = test::dataDir() / "full.eep";
-    EepromImage image;
-    StationSettings settings;
-    settings.tabUTO = "+421";
-    RecordingInteraction ui;
-    EXPECT_EQ(loadSettingsFile(path, image, settings, ui), FlowOutcome::Done);
-    ASSERT_GE(ui.events.size(), 3u);
-    EXPECT_EQ(ui.events[0].text, "Načítám nastavení ze souboru '" + path.string() + "'.");
-    EXPECT_EQ(ui.events[1].text, "Převádím data ...");
-    const auto shown = ui.messages();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].icon, MessageIcon::Information);
-    EXPECT_EQ(shown[0].text, "Data ze souboru '" + path.string() + "' byla úspěšně načtena.");
-    EXPECT_EQ(ui.events.back().kind, "hide");
-    EXPECT_NE(settings.tabJmenoStanice, "");
-    EXPECT_EQ(settings.tabUTO, "+421") << "not carried by the file";
-}
-
-TEST(LoadFlow, ForeignFileChangesNoSetting)
-{
-    ScratchDir dir;
-    test::writeBytes(dir / "foreign.eep", std::vector<char>(500, 'x'));
-    EepromImage image;
-    StationSettings settings = edited();
-    RecordingInteraction ui;
-    EXPECT_EQ(loadSettingsFile(dir / "foreign.eep", image, settings, ui), FlowOutcome::Rejected);
-    const auto shown = ui.messages();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].icon, MessageIcon::Information);
-    EXPECT_EQ(shown[0].text,
-              "Data v souboru '" + (dir / "foreign.eep").string() + "' nejsou v pořádku - neodpovídají formátu EEPROM.");
-    EXPECT_EQ(settings, edited());
-    EXPECT_EQ(image.byte(499), 'x') << "the image keeps the file's bytes";
-}
-
-TEST(LoadFlow, UnreadableFileShowsTheLoadError)
-{
-    ScratchDir dir;
-    EepromImage image(0x10);
-    StationSettings settings = edited();
-    RecordingInteraction ui;
-    EXPECT_EQ(loadSettingsFile(dir / "none.eep", image, settings, ui), FlowOutcome::Failed);
-    const auto shown = ui.messages();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].icon, MessageIcon::Stop);
-    EXPECT_EQ(shown[0].text,
-              "Při načítání nastavení programu ze souboru '" + (dir / "none.eep").string() + "' nastala chyba.");
-    EXPECT_EQ(settings, edited());
-    EXPECT_EQ(image, EepromImage(0x10));
-}
-
-TEST(LoadFlow, ImageThatStopsTheDecoderChangesNoSetting)
-{
-    ScratchDir dir;
-    EepromImage bad(0x41); // no byte 0 anywhere: every text runs off the end
-    ASSERT_TRUE(encodeImage(StationSettings(), bad));
-    bad.putWord(0, 65000);
-    bad.putByte(48, 0);
-    std::vector<char> bytes(bad.bytes().begin(), bad.bytes().end());
-    // Recompute the check byte by the header rule so that only the decoder fails.
-    unsigned sum = 1;
-    for (int i = 0; i < 48; ++i)
-        sum += static_cast<std::uint8_t>(bytes[static_cast<std::size_t>(i)]);
-    bytes[48] = static_cast<char>(sum % 256 == 13 ? 12 : sum % 256);
-    test::writeBytes(dir / "bad.eep", bytes);
-
-    EepromImage image;
-    StationSettings settings = edited();
-    RecordingInteraction ui;
-    EXPECT_EQ(loadSettingsFile(dir / "bad.eep", image, settings, ui), FlowOutcome::Failed);
-    EXPECT_EQ(settings, edited());
-    ASSERT_EQ(ui.messages().size(), 1u);
-    EXPECT_EQ(ui.messages()[0].icon, MessageIcon::Stop);
-}
-
-TEST(SaveFlow, NewFileIsWrittenWithoutAMessage)
-{
-    ScratchDir dir;
-    EepromImage image;
-    RecordingInteraction ui;
-    EXPECT_EQ(saveSettingsFile(dir / "new.eep", image, edited(), ui), FlowOutcome::Done);
-    EXPECT_TRUE(ui.messages().empty());
-    EXPECT_EQ(ui.events.front().text, "Ukládám nastavení do souboru '" + (dir / "new.eep").string() + "'.");
-    EXPECT_EQ(std::filesystem::file_size(dir / "new.eep"), usedSize(edited()) - 1);
-
-    // And it loads back into the same settings, levels written as the
-    // decoder writes them.
-    StationSettings expected = edited();
-    expected.tabAINCL1Level.fill("0");
-    expected.tabAINCL2Level = {"100", "100", "100", "100", "100", "100", "100", "27"};
-    EepromImage again;
-    StationSettings loaded;
-    RecordingInteraction quiet;
-    EXPECT_EQ(loadSettingsFile(dir / "new.eep", again, loaded, quiet), FlowOutcome::Done);
-    EXPECT_EQ(loaded, expected);
-}
-
-TEST(SaveFlow, ExistingFileIsReplacedOnlyOnYes)
-{
-    ScratchDir dir;
-    test::writeBytes(dir / "old.eep", {'o', 'l', 'd'});
-    EepromImage image;
-    RecordingInteraction no;
-    no.answers = {Answer::No};
-    EXPECT_EQ(saveSettingsFile(dir / "old.eep", image, edited(), no), FlowOutcome::Declined);
-    ASSERT_EQ(no.messages().size(), 1u);
-    EXPECT_EQ(no.messages()[0].text, "Tento soubor již existuje. Mám ho přepsat?");
-    EXPECT_EQ(no.messages()[0].icon, MessageIcon::Question);
-    EXPECT_EQ(test::readBytes(dir / "old.eep"), (std::vector<char>{'o', 'l', 'd'}));
-
-    RecordingInteraction yes;
-    yes.answers = {Answer::Yes};
-    EXPECT_EQ(saveSettingsFile(dir / "old.eep", image, edited(), yes), FlowOutcome::Done);
-    EXPECT_EQ(std::filesystem::file_size(dir / "old.eep"), usedSize(edited()) - 1);
-}
-
-TEST(SaveFlow, ConversionErrorWritesNothing)
-{
-    ScratchDir dir;
-    StationSettings settings = edited();
-    settings.rtSwitchOn = "✓ zapnuto";
-    EepromImage image(0x20);
-    RecordingInteraction ui;
-    EXPECT_EQ(saveSettingsFile(dir / "x.eep", image, settings, ui), FlowOutcome::Failed);
-    ASSERT_EQ(ui.messages().size(), 1u);
-    EXPECT_EQ(ui.messages()[0].text, "Nastala chyba při převodu dat.");
-    EXPECT_EQ(ui.messages()[0].icon, MessageIcon::Stop);
-    EXPECT_FALSE(std::filesystem::exists(dir / "x.eep"));
-    EXPECT_EQ(image, EepromImage(0x20));
-}
-
-TEST(SaveFlow, UnwritableFileShowsTheSaveError)
-{
-    ScratchDir dir;
-    const auto path = dir / "no-such-folder" / "x.eep";
-    EepromImage image;
-    RecordingInteraction ui;
-    EXPECT_EQ(saveSettingsFile(path, image, edited(), ui), FlowOutcome::Failed);
-    ASSERT_EQ(ui.messages().size(), 1u);
-    EXPECT_EQ(ui.messages()[0].text,
-              "Při ukládání nastavení programu do souboru '" + path.string() + "' nastala chyba.");
 }
 
 } // namespace

@@ -7,8 +7,8 @@
 namespace rm8 {
 namespace {
 
-const MeasuringRange kPercent{0, 100, 1, "%"};
-const MeasuringRange kBattery{0, 27, 1, "V"};
+const MeasuringRange kPercent { 0, 100, 1, "%" };
+const MeasuringRange kBattery { 0, 27, 1, "V" };
 
 TEST(Conversions, TableOfInputsAndResults)
 {
@@ -16,19 +16,19 @@ TEST(Conversions, TableOfInputsAndResults)
     const auto number = [](const std::string& text) { return std::stod(text); };
     const auto range = [](const std::string& name) { return name == "bat" ? kBattery : kPercent; };
     const auto byte = [](const std::string& text) { return static_cast<std::uint8_t>(std::stoi(text)); };
-    const std::map<std::string, std::function<std::string(const Row&)>> functions{
-        {"round", [&](const Row& r) { return decimalText(roundHalfUp(number(r[1]), std::stoi(r[2]))); }},
-        {"clamp", [&](const Row& r) { return clampText(r[1], number(r[2]), number(r[3]), std::stoi(r[4])); }},
-        {"decimal", [&](const Row& r) { return decimalText(number(r[1])); }},
-        {"startup", [&](const Row& r) { return startupNumberText(number(r[1])); }},
-        {"value", [&](const Row& r) { return decimalText(textValue(r[1])); }},
-        {"point", [&](const Row& r) { return decimalPoint(r[1]); }},
-        {"toLevel", [&](const Row& r) { return std::to_string(levelToByte(range(r[1]), r[2])); }},
-        {"fromLevel", [&](const Row& r) { return decimalText(byteToLevel(range(r[1]), byte(r[2]))); }},
-        {"toHysteresis", [&](const Row& r) { return std::to_string(hysteresisToByte(range(r[1]), r[2])); }},
-        {"fromHysteresis", [&](const Row& r) { return decimalText(byteToHysteresis(range(r[1]), byte(r[2]))); }},
-        {"phone", [&](const Row& r) { return phoneToAddressForm(r[1]); }},
-        {"fromPhone", [&](const Row& r) { return addressFormToPhone(r[1]); }},
+    const std::map<std::string, std::function<std::string(const Row&)>> functions {
+        { "round", [&](const Row& r) { return decimalText(roundHalfUp(number(r[1]), std::stoi(r[2]))); } },
+        { "clamp", [&](const Row& r) { return clampText(r[1], number(r[2]), number(r[3]), std::stoi(r[4])); } },
+        { "decimal", [&](const Row& r) { return decimalText(number(r[1])); } },
+        { "startup", [&](const Row& r) { return startupNumberText(number(r[1])); } },
+        { "value", [&](const Row& r) { return decimalText(textValue(r[1])); } },
+        { "point", [&](const Row& r) { return decimalPoint(r[1]); } },
+        { "toLevel", [&](const Row& r) { return std::to_string(levelToByte(range(r[1]), r[2])); } },
+        { "fromLevel", [&](const Row& r) { return decimalText(byteToLevel(range(r[1]), byte(r[2]))); } },
+        { "toHysteresis", [&](const Row& r) { return std::to_string(hysteresisToByte(range(r[1]), r[2])); } },
+        { "fromHysteresis", [&](const Row& r) { return decimalText(byteToHysteresis(range(r[1]), byte(r[2]))); } },
+        { "phone", [&](const Row& r) { return phoneToAddressForm(r[1]); } },
+        { "fromPhone", [&](const Row& r) { return addressFormToPhone(r[1]); } },
     };
     for (const auto& row : test::readTable("settings/conversions.tsv"))
         EXPECT_EQ(functions.at(row[0])(row), row.back()) << row[0] << "(" << row[1] << ")";
@@ -38,7 +38,7 @@ TEST(Conversions, TableOfInputsAndResults)
 // read followed by a write would drift the station's levels.
 TEST(Conversions, EveryLevelByteSurvivesTextAndBack)
 {
-    for (const auto& range : {kPercent, kBattery}) {
+    for (const auto& range : { kPercent, kBattery }) {
         for (int b = 0; b <= 255; ++b) {
             const auto byte = static_cast<std::uint8_t>(b);
             EXPECT_EQ(levelToByte(range, decimalText(byteToLevel(range, byte))), byte) << b;
