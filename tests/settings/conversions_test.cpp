@@ -12,23 +12,21 @@ const MeasuringRange kBattery { 0, 27, 1, "V" };
 
 TEST(Conversions, TableOfInputsAndResults)
 {
-    using test::Row;
-    const auto number = [](const std::string& text) { return std::stod(text); };
     const auto range = [](const std::string& name) { return name == "bat" ? kBattery : kPercent; };
     const auto byte = [](const std::string& text) { return static_cast<std::uint8_t>(std::stoi(text)); };
-    const std::map<std::string, std::function<std::string(const Row&)>> functions {
-        { "round", [&](const Row& r) { return decimalText(roundHalfUp(number(r[1]), std::stoi(r[2]))); } },
-        { "clamp", [&](const Row& r) { return clampText(r[1], number(r[2]), number(r[3]), std::stoi(r[4])); } },
-        { "decimal", [&](const Row& r) { return decimalText(number(r[1])); } },
-        { "startup", [&](const Row& r) { return startupNumberText(number(r[1])); } },
-        { "value", [&](const Row& r) { return decimalText(textValue(r[1])); } },
-        { "point", [&](const Row& r) { return decimalPoint(r[1]); } },
-        { "toLevel", [&](const Row& r) { return std::to_string(levelToByte(range(r[1]), r[2])); } },
-        { "fromLevel", [&](const Row& r) { return decimalText(byteToLevel(range(r[1]), byte(r[2]))); } },
-        { "toHysteresis", [&](const Row& r) { return std::to_string(hysteresisToByte(range(r[1]), r[2])); } },
-        { "fromHysteresis", [&](const Row& r) { return decimalText(byteToHysteresis(range(r[1]), byte(r[2]))); } },
-        { "phone", [&](const Row& r) { return phoneToAddressForm(r[1]); } },
-        { "fromPhone", [&](const Row& r) { return addressFormToPhone(r[1]); } },
+    const std::map<std::string, std::function<std::string(const test::Row&)>> functions {
+        { "round", [&](const auto& r) { return decimalText(roundHalfUp(std::stod(r[1]), std::stoi(r[2]))); } },
+        { "clamp", [&](const auto& r) { return clampText(r[1], std::stod(r[2]), std::stod(r[3]), std::stoi(r[4])); } },
+        { "decimal", [&](const auto& r) { return decimalText(std::stod(r[1])); } },
+        { "startup", [&](const auto& r) { return startupNumberText(std::stod(r[1])); } },
+        { "value", [&](const auto& r) { return decimalText(textValue(r[1])); } },
+        { "point", [&](const auto& r) { return decimalPoint(r[1]); } },
+        { "toLevel", [&](const auto& r) { return std::to_string(levelToByte(range(r[1]), r[2])); } },
+        { "fromLevel", [&](const auto& r) { return decimalText(byteToLevel(range(r[1]), byte(r[2]))); } },
+        { "toHysteresis", [&](const auto& r) { return std::to_string(hysteresisToByte(range(r[1]), r[2])); } },
+        { "fromHysteresis", [&](const auto& r) { return decimalText(byteToHysteresis(range(r[1]), byte(r[2]))); } },
+        { "phone", [&](const auto& r) { return phoneToAddressForm(r[1]); } },
+        { "fromPhone", [&](const auto& r) { return addressFormToPhone(r[1]); } },
     };
     for (const auto& row : test::readTable("settings/conversions.tsv"))
         EXPECT_EQ(functions.at(row[0])(row), row.back()) << row[0] << "(" << row[1] << ")";

@@ -28,23 +28,23 @@ def well_formed(data, pos):
 
 
 def expected(data):
-    """(result, character count): ok:<bytes>, bad:<index> or no:<index>:<code point>."""
+    """ok, bad or no; the bytes or the failing character's index; its code point; the character count."""
     out, result, pos, index, count = bytearray(), None, 0, 0, 0
     while pos < len(data):
         length = well_formed(data, pos)
         if result is None:
             if length == 0:
-                result = f"bad:{index}"
+                result = f"bad\t{index}\tFFFD"
             else:
                 c = ord(data[pos:pos + length].decode("utf-8"))
                 if c in BYTE_OF:
                     out.append(BYTE_OF[c])
                 else:
-                    result = f"no:{index}:{c:04X}"
+                    result = f"no\t{index}\t{c:04X}"
         pos += length or 1
         index += 1
         count += 1
-    return result or "ok:" + out.hex(" ").upper(), count
+    return result or "ok\t" + out.hex(" ").upper() + "\t-", count
 
 
 TEXTS = [
@@ -83,8 +83,8 @@ with open(os.path.join(HERE, "windows1250.tsv"), "w") as f:
         f.write(f"{b:02X}\t{ord(char_of(b)):04X}\n")
 
 with open(os.path.join(HERE, "utf8.tsv"), "w") as f:
-    f.write("# name\tUTF-8 bytes\tok:<Windows-1250 bytes> | bad:<character index> | no:<index>:<code point>"
-            "\tcharacters (made by make_text_tables.py)\n")
+    f.write("# name\tUTF-8 bytes\tok (Windows-1250 bytes), bad (broken UTF-8) or no (a character without a byte)"
+            "\tthe bytes or the failing character's index\tits code point\tcharacters (made by make_text_tables.py)\n")
     for name, data in [(n, t.encode()) for n, t in TEXTS] + BROKEN:
         result, count = expected(data)
         f.write(f"{name}\t{data.hex(' ').upper()}\t{result}\t{count}\n")
