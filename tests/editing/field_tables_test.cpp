@@ -28,7 +28,7 @@ struct TableRow {
 };
 
 // Tab-separated cells; '#' starts a comment line. A row "$NAME<tab>text"
-// defines a text that the cells after it write as {NAME}.
+// defines a text that the cells after it write as {NAME}; \xNN is one byte.
 std::vector<TableRow> readTable(const std::string& name)
 {
     std::ifstream in(test::dataDir() / "editing" / name);
@@ -45,6 +45,8 @@ std::vector<TableRow> readTable(const std::string& name)
             for (const auto& [key, text] : defined)
                 for (std::size_t at; (at = cell.find('{' + key + '}')) != std::string::npos;)
                     cell.replace(at, key.size() + 2, text);
+            for (std::size_t at; (at = cell.find("\\x")) != std::string::npos;)
+                cell.replace(at, 4, 1, static_cast<char>(std::stoi(cell.substr(at + 2, 2), nullptr, 16)));
             row.cells.push_back(std::move(cell));
             if (tab == std::string::npos)
                 break;

@@ -56,7 +56,7 @@ TEST(WholeConfiguration, EveryCaseReportsExactlyItsExpectedLines)
         const CheckReport report = checkConfiguration(*settings, eepromSize);
         EXPECT_EQ(reportText(report), std::string(expected.begin(), expected.end()));
     }
-    EXPECT_EQ(cases, 8);
+    EXPECT_EQ(cases, 9);
 }
 
 } // namespace
