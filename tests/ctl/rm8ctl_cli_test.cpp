@@ -2,8 +2,8 @@
 // ctl/cases.tsv is one command line, judged by the exit status, the first line
 // printed (or the whole output against a golden file) and the files left
 // behind. The rows run in order in one scratch folder, beside one simulated
-// station ({port}), one too old to program ({foreign}) and one
-// pseudo-terminal that nobody answers ({silent}).
+// station ({port}), one too old to program ({foreign}), one of an unknown
+// memory size ({unsized}) and a pseudo-terminal that nobody answers ({silent}).
 
 #include <sys/wait.h>
 
@@ -62,6 +62,10 @@ TEST(Rm8ctl, EveryRowOfTheCaseTable)
     older.versionMajor = 0; // a processor too old to be programmed
     rm8::sim::PtyStation foreign{rm8::sim::StationSimulator(older)};
     foreign.start();
+    rm8::sim::StationProfile unsized = profile;
+    unsized.memorySizeCode = 10; // a memory size no row of the table has
+    rm8::sim::PtyStation odd{rm8::sim::StationSimulator(unsized)};
+    odd.start();
     const rm8::sim::PtyStation silent{rm8::sim::StationSimulator(profile)};
     const rm8::test::ScratchDir dir;
     const rm8::test::ScratchDir capture;
@@ -69,6 +73,7 @@ TEST(Rm8ctl, EveryRowOfTheCaseTable)
                                                     {"{dir}", dir.path().string()},
                                                     {"{port}", station.path()},
                                                     {"{foreign}", foreign.path()},
+                                                    {"{unsized}", odd.path()},
                                                     {"{silent}", silent.path()}};
     const auto fill = [&](std::string text) {
         for (const auto& [key, value] : places)
