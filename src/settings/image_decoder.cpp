@@ -128,8 +128,8 @@ private:
         at("", 0);
         p_ = image_.word(L::kReservedTextsPointer);
         std::string reserved;
-        readTextInto(reserved);
-        readTextInto(reserved);
+        for (std::size_t i = 0; i < L::kReservedTextCount; ++i)
+            readTextInto(reserved);
 
         p_ = image_.word(L::kPhonesPointer);
         for (std::size_t i = 0; i < kRows; ++i) {

@@ -154,8 +154,8 @@ private:
 
         at("", 0);
         pointTo(L::kReservedTextsPointer);
-        writeText("");
-        writeText("");
+        for (std::size_t i = 0; i < L::kReservedTextCount; ++i)
+            writeText("");
 
         pointTo(L::kPhonesPointer);
         for (std::size_t i = 0; i < kRows; ++i) {

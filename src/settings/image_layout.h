@@ -35,9 +35,11 @@ inline constexpr std::uint16_t kHeapStart = 272;
 // Bytes 64..127 are the station's own: read with the rest, never written.
 inline constexpr std::uint16_t kStationBytesStart = 64;
 inline constexpr std::uint16_t kStationBytesEnd = 128;
-inline constexpr std::uint16_t kEndMark = 0xFFFF;
+inline constexpr std::uint16_t kEndMark = 0xFFFF; // the word after the last text
+inline constexpr std::uint16_t kEndMarkLength = 2;
 
-inline constexpr std::uint16_t kReservedTextsPointer = 36;
+inline constexpr std::uint16_t kReservedTextsPointer = 36; // two texts, always empty
+inline constexpr std::size_t kReservedTextCount = 2;
 inline constexpr std::uint16_t kGeneralTextsPointer = 38;
 inline constexpr std::uint16_t kPhonesPointer = 40;
 
