@@ -1,218 +1,92 @@
 // The progress window Info and the message boxes behind the flows, shown
-// for real (offscreen) and answered by clicks.
+// for real (offscreen) and answered by clicks and keys.
 
-#include <QAbstractButton>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QMetaEnum>
 #include <QPushButton>
-#include <QTest>
-#include <QTimer>
 
+#include "json_cases.h"
 #include "modal_helpers.h"
 #include "shell/progress_window.h"
 #include "shell/qt_interaction.h"
 
-Q_DECLARE_METATYPE(rm8::MessageIcon)
-Q_DECLARE_METATYPE(rm8::Buttons)
-Q_DECLARE_METATYPE(rm8::Answer)
-
-using rm8::Answer;
-using rm8::Buttons;
-using rm8::MessageIcon;
-using rm8::shell::ProgressWindow;
-using rm8::shell::QtInteraction;
-using rm8::shell::test::onNextModal;
+using namespace rm8;
 
 class TestQtInteraction : public QObject {
     Q_OBJECT
+    QMainWindow owner;
+    shell::QtInteraction ui{&owner};
 
 private slots:
-    void init()
+    void progressWindow_data() { rm8::test::addJsonCases("progress_window.json"); }
+    // An earlier Storno is forgotten when the next progress shows; a Storno
+    // stays until then. The flows see Storno only through cancelRequested().
+    void progressWindow()
     {
-        owner = std::make_unique<QMainWindow>();
-        owner->setObjectName(QStringLiteral("Hlavni"));
-        owner->show();
-        ui = std::make_unique<QtInteraction>(owner.get());
-    }
-    void cleanup()
-    {
-        ui.reset();
-        owner.reset();
-    }
-
-    void progressShowsTextAndStornoAsAsked_data()
-    {
-        QTest::addColumn<bool>("showCancel");
-        QTest::newRow("with Storno") << true;
-        QTest::newRow("without Storno") << false;
-    }
-    void progressShowsTextAndStornoAsAsked()
-    {
-        QFETCH(bool, showCancel);
-        ProgressWindow& info = ui->progressWindow();
-        ui->showProgress("Načítám data z EEPROM do PC.", showCancel);
+        FETCH_CASE(c);
+        shell::ProgressWindow& info = ui.progressWindow();
+        ui.showProgress("první", true);
+        QTest::mouseClick(info.stornoButton(), Qt::LeftButton);
+        ui.showProgress("Načítám data z EEPROM do PC.", c["storno"] == true);
+        QVERIFY(!ui.cancelRequested());
         QVERIFY(info.isVisible());
         QCOMPARE(info.objectName(), QStringLiteral("Info"));
         QCOMPARE(info.windowTitle(), QStringLiteral("RM8"));
         QCOMPARE(info.textLabel()->text(), QStringLiteral("Načítám data z EEPROM do PC."));
-        QCOMPARE(info.stornoButton()->objectName(), QStringLiteral("Storno"));
         QCOMPARE(info.stornoButton()->text(), QStringLiteral("Storno"));
-        QCOMPARE(info.stornoButton()->isVisible(), showCancel);
-        // Shown without a nested loop (we got here) but blocking the rest.
+        QCOMPARE(info.stornoButton()->isVisible(), c["storno"] == true);
+        // Shown without a nested loop (we got here), but blocking the rest.
         QCOMPARE(info.windowModality(), Qt::ApplicationModal);
-        QCOMPARE(info.parentWidget(), owner.get());
-        ui->hideProgress();
+        QCOMPARE(info.parentWidget(), &owner);
+
+        if (c["act"] == "click")
+            QTest::mouseClick(info.stornoButton(), Qt::LeftButton);
+        else if (c["act"] == "queued")
+            QMetaObject::invokeMethod(info.stornoButton(), "click", Qt::QueuedConnection);
+        else if (c["act"] == "escape")
+            QTest::keyClick(&info, Qt::Key_Escape);
+        QCOMPARE(ui.cancelRequested(), c["cancelled"] == true);
+        QCOMPARE(ui.cancelRequested(), c["cancelled"] == true);
+        QCOMPARE(info.isVisible(), c["cancelled"] == false);
+        ui.hideProgress();
         QVERIFY(!info.isVisible());
     }
 
-    void stornoSetsTheFlagAndHidesTheWindow()
+    void boxes_data() { rm8::test::addJsonCases("message_boxes.json"); }
+    // Titled with the application's title; the station's CR LF line breaks
+    // shown as lines; what the system said kept as the details of a message.
+    void boxes()
     {
-        ui->showProgress("Program se pokouší navázat komunikaci ...", true);
-        QVERIFY(!ui->cancelRequested());
-        QTest::mouseClick(ui->progressWindow().stornoButton(), Qt::LeftButton);
-        QVERIFY(!ui->progressWindow().isVisible());
-        QVERIFY(ui->cancelRequested());
-        QVERIFY(ui->cancelRequested()); // stays set until the next progress
-    }
-
-    void showingTheProgressClearsAnEarlierStorno_data()
-    {
-        QTest::addColumn<bool>("showCancel");
-        QTest::newRow("next window with Storno") << true;
-        QTest::newRow("next window without Storno") << false;
-    }
-    void showingTheProgressClearsAnEarlierStorno()
-    {
-        QFETCH(bool, showCancel);
-        ui->showProgress("první", true);
-        QTest::mouseClick(ui->progressWindow().stornoButton(), Qt::LeftButton);
-        QVERIFY(ui->cancelRequested());
-        ui->showProgress("druhý", showCancel);
-        QVERIFY(!ui->cancelRequested());
-        QVERIFY(ui->progressWindow().isVisible());
-    }
-
-    void escapeIsStornoOnlyWhereStornoIsOffered_data()
-    {
-        QTest::addColumn<bool>("showCancel");
-        QTest::newRow("offered") << true;
-        QTest::newRow("not offered") << false;
-    }
-    void escapeIsStornoOnlyWhereStornoIsOffered()
-    {
-        QFETCH(bool, showCancel);
-        ui->showProgress("Převádím data ...", showCancel);
-        QTest::keyClick(&ui->progressWindow(), Qt::Key_Escape);
-        QCOMPARE(ui->cancelRequested(), showCancel);
-        QCOMPARE(ui->progressWindow().isVisible(), !showCancel);
-    }
-
-    // The flows see Storno only through cancelRequested(): a click that is
-    // still in the event queue must be delivered by it.
-    void cancelRequestedDeliversPendingEvents()
-    {
-        ui->showProgress("Ukládám data z PC do EEPROM.", true);
-        QMetaObject::invokeMethod(ui->progressWindow().stornoButton(), "click", Qt::QueuedConnection);
-        QVERIFY(!ui->progressWindow().cancelled());
-        QVERIFY(ui->cancelRequested());
-    }
-
-    void messageBoxCarriesTitleIconAndText_data()
-    {
-        QTest::addColumn<MessageIcon>("icon");
-        QTest::addColumn<int>("boxIcon");
-        QTest::addColumn<QString>("detail");
-        QTest::newRow("stop") << MessageIcon::Stop << int(QMessageBox::Critical) << QStringLiteral("No such file");
-        QTest::newRow("exclamation") << MessageIcon::Exclamation << int(QMessageBox::Warning) << QString();
-        QTest::newRow("question") << MessageIcon::Question << int(QMessageBox::Question) << QString();
-        QTest::newRow("information") << MessageIcon::Information << int(QMessageBox::Information) << QString();
-    }
-    void messageBoxCarriesTitleIconAndText()
-    {
-        QFETCH(MessageIcon, icon);
-        QFETCH(int, boxIcon);
-        QFETCH(QString, detail);
-        QString title, text, detailed;
-        int shownIcon = -1;
-        int offered = 0;
-        auto seen = onNextModal<QMessageBox>(QStringLiteral("the message box"), [&](QMessageBox* box) {
-            title = box->windowTitle();
-            text = box->text();
-            detailed = box->detailedText();
-            shownIcon = box->icon();
-            offered = int(box->standardButtons());
-            box->button(QMessageBox::Ok)->click();
-        });
-        ui->message(icon, "Data byla úspěšně načtena z EEPROM.", detail.toStdString());
-        QVERIFY2(seen->ok(), qPrintable(seen->why()));
-        QCOMPARE(title, QStringLiteral("RM8"));
-        QCOMPARE(text, QStringLiteral("Data byla úspěšně načtena z EEPROM."));
-        QCOMPARE(shownIcon, boxIcon);
-        QCOMPARE(detailed, detail);
-        QCOMPARE(offered, int(QMessageBox::Ok));
-    }
-
-    void lineBreaksOfTheStationTextsShowAsLines()
-    {
-        QString text;
-        auto seen = onNextModal<QMessageBox>(QStringLiteral("the message box"), [&](QMessageBox* box) {
-            text = box->text();
-            box->button(QMessageBox::Ok)->click();
-        });
-        ui->message(MessageIcon::Information, "první řádek\r\ndruhý řádek");
-        QVERIFY2(seen->ok(), qPrintable(seen->why()));
-        QCOMPARE(text, QStringLiteral("první řádek\ndruhý řádek"));
-    }
-
-    void questionsAnswerWithTheButtonClicked_data()
-    {
-        QTest::addColumn<Buttons>("buttons");
-        QTest::addColumn<int>("click"); // a standard button, or 0 for Escape
-        QTest::addColumn<Answer>("answer");
-        QTest::addColumn<int>("expectedButtons");
-        const int yesNo = QMessageBox::Yes | QMessageBox::No;
-        const int yesNoCancel = QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
-        QTest::newRow("yes/no: yes") << Buttons::YesNo << int(QMessageBox::Yes) << Answer::Yes << yesNo;
-        QTest::newRow("yes/no: no") << Buttons::YesNo << int(QMessageBox::No) << Answer::No << yesNo;
-        QTest::newRow("yes/no: escape") << Buttons::YesNo << 0 << Answer::No << yesNo;
-        QTest::newRow("yes/no/cancel: yes") << Buttons::YesNoCancel << int(QMessageBox::Yes) << Answer::Yes
-                                            << yesNoCancel;
-        QTest::newRow("yes/no/cancel: no") << Buttons::YesNoCancel << int(QMessageBox::No) << Answer::No
-                                           << yesNoCancel;
-        QTest::newRow("yes/no/cancel: cancel") << Buttons::YesNoCancel << int(QMessageBox::Cancel)
-                                               << Answer::Cancel << yesNoCancel;
-        QTest::newRow("yes/no/cancel: escape") << Buttons::YesNoCancel << 0 << Answer::Cancel << yesNoCancel;
-    }
-    void questionsAnswerWithTheButtonClicked()
-    {
-        QFETCH(Buttons, buttons);
-        QFETCH(int, click);
-        QFETCH(Answer, answer);
-        QFETCH(int, expectedButtons);
-        int offered = 0;
-        int shownIcon = -1;
-        QString title;
-        auto seen = onNextModal<QMessageBox>(QStringLiteral("the question box"), [&](QMessageBox* box) {
-            offered = int(box->standardButtons());
-            shownIcon = box->icon();
-            title = box->windowTitle();
-            if (click == 0)
+        FETCH_CASE(c);
+        const char* const icons[] = {"Stop", "Exclamation", "Question", "Information"};
+        const char* const buttons[] = {"Ok", "YesNo", "YesNoCancel"};
+        const char* const answers[] = {"Ok", "Yes", "No", "Cancel"};
+        const auto standard = QMetaEnum::fromType<QMessageBox::StandardButtons>();
+        QStringList seen;
+        const auto wait = shell::test::onNextModal<QMessageBox>(QStringLiteral("the message box"), [&](QMessageBox* box) {
+            seen << box->windowTitle() << box->text() << box->detailedText()
+                 << QMetaEnum::fromType<QMessageBox::Icon>().valueToKey(box->icon())
+                 << QString::number(box->standardButtons().toInt());
+            if (c["press"] == "Escape")
                 QTest::keyClick(box, Qt::Key_Escape);
             else
-                box->button(QMessageBox::StandardButton(click))->click();
+                box->button(QMessageBox::StandardButton(standard.keyToValue(c["press"].get<std::string>().c_str())))->click();
         });
-        const Answer given = ui->ask(MessageIcon::Question, "Tento soubor již existuje. Mám ho přepsat?", buttons);
-        QVERIFY2(seen->ok(), qPrintable(seen->why()));
-        QCOMPARE(given, answer);
-        QCOMPARE(offered, expectedButtons);
-        QCOMPARE(shownIcon, int(QMessageBox::Question));
-        QCOMPARE(title, QStringLiteral("RM8"));
+        const auto icon = MessageIcon(std::find(icons, icons + 4, c["icon"]) - icons);
+        const std::string_view text = "první řádek\r\ndruhý řádek";
+        if (c["buttons"].is_null())
+            ui.message(icon, text, "No such file");
+        else
+            QCOMPARE(answers[int(ui.ask(icon, text, Buttons(std::find(buttons, buttons + 3, c["buttons"]) - buttons)))],
+                     c["answer"].get<std::string>());
+        QVERIFY2(wait->isEmpty(), qPrintable(*wait));
+        QCOMPARE(seen, (QStringList{QStringLiteral("RM8"), QStringLiteral("první řádek\ndruhý řádek"),
+                                    c["buttons"].is_null() ? QStringLiteral("No such file") : QString(),
+                                    rm8::test::qs(c["box"]),
+                                    QString::number(standard.keysToValue(c["offered"].get<std::string>().c_str()))}));
     }
-
-private:
-    std::unique_ptr<QMainWindow> owner;
-    std::unique_ptr<QtInteraction> ui;
 };
 
 QTEST_MAIN(TestQtInteraction)

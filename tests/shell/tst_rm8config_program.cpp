@@ -1,124 +1,72 @@
 // rm8config as a program: its options, and the simulated station that
-// --demo starts, which must end however the program ends.
+// --demo starts, which must end even when the program is killed.
 
 #include <csignal>
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QTest>
+
+#include "json_cases.h"
 
 namespace {
 
-const QString kProgram = QStringLiteral(RM8CONFIG_PATH);
-
-// The children of a process, from /proc.
-QList<qint64> childrenOf(qint64 pid)
+QByteArray fromProc(const QString& path)
 {
-    QList<qint64> children;
-    QFile file(QStringLiteral("/proc/%1/task/%1/children").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        return children;
-    for (const QByteArray& word : file.readAll().split(' '))
-        if (!word.trimmed().isEmpty())
-            children << word.trimmed().toLongLong();
-    return children;
-}
-
-QString commandOf(qint64 pid)
-{
-    QFile file(QStringLiteral("/proc/%1/comm").arg(pid));
-    return file.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(file.readAll()).trimmed() : QString();
-}
-
-// Gone, or a zombie waiting for whoever adopted it: either way it has ended.
-bool ended(qint64 pid)
-{
-    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        return true;
-    const QByteArray stat = file.readAll();
-    const qsizetype close = stat.lastIndexOf(')');
-    return close < 0 || stat.mid(close + 2, 1) == "Z";
-}
-
-QStringList offscreen(QStringList arguments)
-{
-    arguments << QStringLiteral("-platform") << QStringLiteral("offscreen");
-    return arguments;
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace
 
 class TestRm8configProgram : public QObject {
     Q_OBJECT
+    QProcess program;
+
+    void start(QStringList arguments)
+    {
+        // The remembered port assignments of a run stay out of the user's own settings.
+        qputenv("XDG_CONFIG_HOME", QDir::tempPath().toLocal8Bit() + "/rm8config-test-config");
+        program.start(QStringLiteral(RM8CONFIG_PATH), arguments << QStringLiteral("-platform") << QStringLiteral("offscreen"));
+    }
 
 private slots:
-    void initTestCase()
+    void options_data() { rm8::test::addJsonCases("rm8config_options.json"); }
+    void options()
     {
-        // The remembered port assignments of this run stay out of the
-        // user's own settings.
-        qputenv("XDG_CONFIG_HOME", QDir::tempPath().toLocal8Bit() + "/rm8config-test-config");
-    }
-
-    void badPortOptionsEndWithUsageError_data()
-    {
-        QTest::addColumn<QString>("assignment");
-        QTest::newRow("no equals sign") << QStringLiteral("COM 1");
-        QTest::newRow("not a port name") << QStringLiteral("ttyUSB0=/dev/ttyUSB0");
-        QTest::newRow("no device") << QStringLiteral("COM 2=");
-    }
-    void badPortOptionsEndWithUsageError()
-    {
-        QFETCH(QString, assignment);
-        QProcess program;
-        program.start(kProgram, offscreen({QStringLiteral("--port"), assignment}));
+        FETCH_CASE(c);
+        QStringList arguments;
+        for (const auto& argument : c["arguments"])
+            arguments << rm8::test::qs(argument);
+        start(arguments);
         QVERIFY(program.waitForFinished(20000));
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(program.exitCode(), 2);
-        const QString error = QString::fromUtf8(program.readAllStandardError());
-        QVERIFY2(error.contains(QStringLiteral("--port")), qPrintable(error));
+        QCOMPARE(program.exitCode(), c["exit"].get<int>());
+        const bool error = c.contains("stderr");
+        const QString said = QString::fromUtf8(error ? program.readAllStandardError() : program.readAllStandardOutput());
+        const QString expected = rm8::test::qs(c[error ? "stderr" : "stdout"])
+                                     .replace(QLatin1String("@PROJECT_VERSION@"), QLatin1String(RM8_PROJECT_VERSION));
+        QVERIFY2(said.contains(expected), qPrintable(said));
     }
 
-    void versionIsTheProjectVersion()
+    // Killed outright, the program cannot end the simulator itself: the
+    // system must do it. It is found among the program's children; once
+    // ended it is gone, or a zombie waiting for whoever adopted it.
+    void demoStationEndsWithAKilledProgram()
     {
-        QProcess program;
-        program.start(kProgram, offscreen({QStringLiteral("--version")}));
-        QVERIFY(program.waitForFinished(20000));
-        QCOMPARE(program.exitCode(), 0);
-        QVERIFY(QString::fromUtf8(program.readAllStandardOutput()).contains(QStringLiteral(RM8_PROJECT_VERSION)));
-    }
-
-    // Killed outright, the program cannot clean up: the system must end the
-    // simulator for it. Terminated, the program ends it itself.
-    void demoStationEndsWithTheProgram_data()
-    {
-        QTest::addColumn<bool>("killed");
-        QTest::newRow("killed") << true;
-        QTest::newRow("terminated") << false;
-    }
-    void demoStationEndsWithTheProgram()
-    {
-        QFETCH(bool, killed);
-        QProcess program;
-        program.start(kProgram, offscreen({QStringLiteral("--demo")}));
+        start({QStringLiteral("--demo")});
         QVERIFY(program.waitForStarted(20000));
-        qint64 simulator = 0;
-        QTRY_VERIFY_WITH_TIMEOUT(
-            [&] {
-                for (const qint64 child : childrenOf(program.processId()))
-                    if (commandOf(child) == QStringLiteral("rm8sim"))
-                        simulator = child;
-                return simulator != 0;
-            }(),
-            20000);
-        QVERIFY(!ended(simulator));
-        if (killed)
-            ::kill(static_cast<pid_t>(program.processId()), SIGKILL);
-        else
-            program.terminate();
+        const QString children = QStringLiteral("/proc/%1/task/%1/children").arg(program.processId());
+        QTRY_VERIFY_WITH_TIMEOUT(!fromProc(children).trimmed().isEmpty(), 20000);
+        const QString simulator = QString::fromLatin1(fromProc(children).trimmed().split(' ').front());
+        QCOMPARE(fromProc(QStringLiteral("/proc/%1/comm").arg(simulator)).trimmed(), QByteArray("rm8sim"));
+        ::kill(pid_t(program.processId()), SIGKILL);
         QVERIFY(program.waitForFinished(20000));
-        QTRY_VERIFY_WITH_TIMEOUT(ended(simulator), 10000);
+        const auto ended = [&] {
+            const QByteArray stat = fromProc(QStringLiteral("/proc/%1/stat").arg(simulator));
+            return stat.isEmpty() || stat.mid(stat.lastIndexOf(')') + 2, 1) == "Z";
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(ended(), 10000);
     }
 };
 
