@@ -1,8 +1,9 @@
 #pragma once
 // Every setting of a station, described once: its name (the main window's
-// field name), its shape, where it lives in the record, its page, its length
-// limit and its initial text. The JSON form, the comparison of two
-// configurations and the window's fields are all driven by this one table.
+// field name), its shape, where it lives in the record, its page and its
+// length limit. The JSON form, the comparison of two configurations and the
+// window's fields are all driven by this one table; start-up values come from
+// the record alone.
 
 #include <cstdint>
 #include <span>
@@ -37,7 +38,6 @@ struct FieldInfo {
     FieldShape shape;
     Page page;             // for analog rows 5..8 the page is Analog5To8
     int maxLength;         // characters a text field accepts; 0 for no limit or no text
-    std::string_view initialText; // the field's text before any settings are loaded
     FieldMember member;
 
     bool perRow() const
@@ -46,6 +46,9 @@ struct FieldInfo {
                || shape == FieldShape::ByteRow;
     }
     Page pageOfRow(std::size_t row) const; // row 0..7
+    // The field's text in a record, of row 0..7 for a table column; empty
+    // for a field that is no text. A fresh record gives the start-up texts.
+    std::string_view textIn(const StationSettings& settings, std::size_t row = 0) const;
 };
 
 std::span<const FieldInfo> fieldCatalogue();

@@ -17,7 +17,6 @@
 #include <variant>
 
 #include "fields/field_catalogue.h"
-#include "settings/conversions.h"
 #include "settings/used_size.h"
 #include "ui/field_names.h"
 
@@ -133,16 +132,6 @@ void MainWindow::fillTables()
     // The list only offers the presets: adding them must not choose one.
     centre->setCurrentIndex(-1);
     centre->setEditText(typed);
-
-    const auto ranges = defaultMeasuringRanges();
-    for (std::size_t row = 0; row < kRows; ++row) {
-        kept_.ranges[row] = ranges[row];
-        const int r = static_cast<int>(row);
-        field<QLineEdit>(QStringLiteral("tabAINCL1Level"), r)
-            ->setText(QString::fromStdString(startupNumberText(ranges[row].lower)));
-        field<QLineEdit>(QStringLiteral("tabAINCL2Level"), r)
-            ->setText(QString::fromStdString(startupNumberText(ranges[row].upper)));
-    }
     checkEnabled();
 }
 

@@ -104,7 +104,9 @@ QLineEdit* MainWindow::textField(const char* name, int row)
     const int limit = info->maxLength;
     if (limit > 0)
         edit->setMaxLength(limit);
-    edit->setText(QString::fromUtf8(info->initialText.data(), static_cast<qsizetype>(info->initialText.size())));
+    // The start-up text is the start-up record's, which kept_ still is.
+    const std::string_view startup = info->textIn(kept_, row < 0 ? 0 : static_cast<std::size_t>(row));
+    edit->setText(QString::fromUtf8(startup.data(), static_cast<qsizetype>(startup.size())));
     if (limit > 0 && limit <= 50) {
         // Numbers: as wide as the longest entry, phone numbers at least as
         // wide as an international one.
