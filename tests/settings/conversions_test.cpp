@@ -2,6 +2,7 @@
 #include <map>
 
 #include "settings/conversions.h"
+#include "settings/memory_sizes.h"
 #include "settings/table_file.h"
 
 namespace rm8 {
@@ -27,6 +28,8 @@ TEST(Conversions, TableOfInputsAndResults)
         { "fromHysteresis", [&](const auto& r) { return decimalText(byteToHysteresis(range(r[1]), byte(r[2]))); } },
         { "phone", [&](const auto& r) { return phoneToAddressForm(r[1]); } },
         { "fromPhone", [&](const auto& r) { return addressFormToPhone(r[1]); } },
+        { "memory", [&](const auto& r) { return std::string(memorySizeText(byte(r[1])).value_or("-")); } },
+        { "memoryNumber", [&](const auto& r) { return memorySizeNumberText(std::stoul(r[1])); } },
     };
     for (const auto& row : test::readTable("settings/conversions.tsv"))
         EXPECT_EQ(functions.at(row[0])(row), row.back()) << row[0] << "(" << row[1] << ")";
