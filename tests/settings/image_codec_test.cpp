@@ -82,19 +82,20 @@ TEST(GoldenImages, DecodeAndEncodeGiveTheStoredFilesBack)
     }
 }
 
-// A cut file over an erased image: the header holds once the check byte is
-// in, and decoding fails at the image's end until the last text is complete.
+// A cut file over an image without a byte 0: the header holds once the check
+// byte is in, decoding fails at the image's end until the last text is
+// complete, and the end of the encoded settings is found once its mark is in.
 TEST(GoldenImages, EveryTruncatedPrefixDecodesOrStopsAtTheImagesEnd)
 {
     const auto bytes = test::readBytes(dataDir() / "full.eep");
     const std::size_t complete = 1810; // where the end mark starts
     for (std::size_t length = 0; length <= bytes.size(); length += length < 64 || length + 40 >= complete ? 1 : 37) {
-        const EepromImage image = withPrefix(bytes, length, 0xFF);
+        const EepromImage image = withPrefix(bytes, length, 0xFE);
         EXPECT_EQ(imageHeaderValid(image), length >= 49) << length;
         StationSettings settings;
         const auto result = decodeImage(image, settings);
         EXPECT_EQ(result.hasValue(), length >= complete) << length;
-        EXPECT_EQ(inspectImage(image).encodedEnd.has_value(), length >= complete) << length;
+        EXPECT_EQ(inspectImage(image).encodedEnd.has_value(), length >= complete + 2) << length;
         EXPECT_TRUE(
             result || (result.error().fault == CodecFault::AddressOutOfRange && result.error().address == 65536))
             << result.error().describe();
