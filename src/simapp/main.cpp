@@ -217,9 +217,10 @@ int main(int argc, char** argv)
             std::filesystem::remove(linkPath, ignored);
             std::filesystem::create_symlink(station.path(), linkPath);
         }
-        std::cout << station.path() << std::endl;
+        // Before the path is shown: whoever reads it may stop the station at once.
         std::signal(SIGINT, onSignal);
         std::signal(SIGTERM, onSignal);
+        std::cout << station.path() << std::endl;
         station.serve(stopRequested);
         if (station.hungUp())
             std::cerr << "rm8sim: linka zavěšena po " << station.blockRequests() << " požadavcích na blok\n";
