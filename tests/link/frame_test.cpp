@@ -1,99 +1,85 @@
+// Frame boundaries where the cases in data/wire do not reach: what the
+// assembler takes for no reply, and the support trace, which shows frames as
+// the station saw them however the line delivers them.
+
+#include <deque>
+
 #include <gtest/gtest.h>
 
 #include "link/frame.h"
-#include "link/station_tables.h"
-#include "settings/memory_sizes.h"
+#include "link/tracing_line.h"
 
 namespace rm8::link {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-TEST(Frame, AttentionRequestOnTheWire)
+TEST(Frame, ALoneTerminatorNoiseAWrongChecksumAndAnOverlongReplyAreNoReply)
 {
-    EXPECT_EQ(encodeFrame(Bytes{1}), (Bytes{1, 2, 13}));
-}
-
-TEST(Frame, ChecksumThatWouldBeACarriageReturnIsTwelve)
-{
-    // 5 + 7 + 1 = 13
-    EXPECT_EQ(encodeFrame(Bytes{5, 7}), (Bytes{5, 7, 12, 13}));
-    FrameAssembler assembler;
-    assembler.add(Bytes{5, 7, 12, 13});
-    ASSERT_TRUE(assembler.complete());
-    EXPECT_EQ(assembler.reply(), (Bytes{5, 7}));
-}
-
-TEST(Frame, ReplyArrivesInPieces)
-{
-    const Bytes wire = encodeFrame(Bytes{0x81, 'A', '0'});
-    FrameAssembler assembler;
-    assembler.add(std::span(wire).first(2));
-    EXPECT_FALSE(assembler.complete());
-    assembler.add(std::span(wire).subspan(2));
-    ASSERT_TRUE(assembler.complete());
-    EXPECT_EQ(assembler.reply(), (Bytes{0x81, 'A', '0'}));
-}
-
-TEST(Frame, WrongChecksumGivesNoReply)
-{
-    FrameAssembler assembler;
-    assembler.add(Bytes{3, 3, 13});
-    ASSERT_TRUE(assembler.complete());
-    EXPECT_FALSE(assembler.reply());
-    FrameAssembler lone;
-    lone.add(Bytes{13});
-    EXPECT_FALSE(lone.reply()) << "a terminator alone has no checksum";
-}
-
-TEST(Frame, OverlongReplyNeverCompletes)
-{
-    Bytes data(100, 'x');
-    const Bytes wire = encodeFrame(data); // 102 characters
-    FrameAssembler assembler;
-    assembler.add(wire);
-    EXPECT_FALSE(assembler.complete()) << "the terminator is the 102nd character and is dropped";
-
-    const Bytes fits = encodeFrame(Bytes(99, 'x')); // exactly 101
-    FrameAssembler exact;
-    exact.add(fits);
-    EXPECT_TRUE(exact.complete());
-    EXPECT_EQ(exact.reply()->size(), 99u);
-}
-
-TEST(HexPairs, UpperCaseOutEitherCaseIn)
-{
-    Bytes frame;
-    appendHexByte(frame, 0x0A);
-    appendHexByte(frame, 0xFF);
-    EXPECT_EQ(frame, (Bytes{'0', 'A', 'F', 'F'}));
-    for (int v = 0; v <= 255; ++v) {
-        Bytes pair;
-        appendHexByte(pair, static_cast<std::uint8_t>(v));
-        EXPECT_EQ(hexPairToByte(pair[0], pair[1]), v);
+    for (const auto& wire :
+        {Bytes{13}, Bytes{0x00, 0xFF, 0x81, 0x82, 13}, Bytes{3, 3, 13}, encodeFrame(Bytes(100, 'x'))}) {
+        FrameAssembler assembler;
+        assembler.add(wire);
+        EXPECT_EQ(assembler.complete(), wire.size() < 102) << "the 102nd character is dropped";
+        EXPECT_FALSE(assembler.reply()) << wire.size();
     }
-    EXPECT_EQ(hexPairToByte('a', 'f'), 0xAF);
+    FrameAssembler longest;
+    longest.add(encodeFrame(Bytes(99, 'x')));
+    EXPECT_EQ(longest.reply(), Bytes(99, 'x'));
+    EXPECT_EQ(hexPairToByte('a', 'f'), 0xAF) << "either case comes in";
 }
 
-TEST(StationTables, SignaturesAndCodes)
-{
-    EXPECT_EQ(signatureOf(0x19), 1692546u);
-    EXPECT_EQ(signatureOf(0x22), 2282370u);
-    EXPECT_EQ(signatureOf(0x20), 2151298u);
-    EXPECT_EQ(signatureOf(0x21), 2216834u);
-    EXPECT_EQ(productName(2151298), "RM8");
-    EXPECT_FALSE(productName(12345));
-    EXPECT_EQ(modemText(4), "TC35 Siemens");
-    EXPECT_EQ(modemText(32), "GM12 Ericsson");
-    EXPECT_FALSE(modemText(5)) << "the codes jump from 4 to 32";
-    EXPECT_EQ(memorySizeText(6), "  8128 byte");
-    EXPECT_FALSE(memorySizeText(10));
-    // The shown size is 2^(code + 7) - 64.
-    for (const auto& row : kMemorySizes) {
-        const auto number = std::stoul(std::string(row.text.substr(0, row.text.size() - 5)));
-        EXPECT_EQ(number, (1ul << (row.code + 7)) - 64) << int(row.code);
-        EXPECT_EQ(row.text.size(), 11u);
+// Hands out prepared chunks, one per read; an empty chunk is a line failure.
+class ChunkLine : public SerialLine {
+public:
+    Expected<void, std::string> open() override { return {}; }
+    void close() override { ++closes; }
+    bool isOpen() const override { return closes == 0; }
+    Expected<void, std::string> write(std::span<const std::uint8_t> bytes) override
+    {
+        written.insert(written.end(), bytes.begin(), bytes.end());
+        return {};
     }
+    Expected<Bytes, std::string> read(Clock::time_point) override
+    {
+        const Bytes chunk = chunks.front();
+        chunks.pop_front();
+        if (chunk.empty())
+            return unexpected(std::string("odpojeno"));
+        return chunk;
+    }
+    void flushInput() override { ++flushes; }
+    std::deque<Bytes> chunks{{0x81}, {0x82, 13, 0x83}, {0x84, 13}, {0x85}, {}, {7}, {9}};
+    Bytes written;
+    int flushes = 0, closes = 0;
+};
+
+TEST(TracingLine, LogsWholeFramesAndPassesEverythingOnUnchanged)
+{
+    ChunkLine line;
+    std::vector<std::pair<FrameDirection, Bytes>> log;
+    TracingLine traced(line,
+        [&](FrameDirection d, std::span<const std::uint8_t> b) { log.emplace_back(d, Bytes(b.begin(), b.end())); });
+    Bytes passed;
+    for (int i = 0; i < 4; ++i) {
+        const auto bytes = traced.read(Clock::now());
+        passed.insert(passed.end(), bytes->begin(), bytes->end());
+    }
+    EXPECT_EQ(passed, (Bytes{0x81, 0x82, 13, 0x83, 0x84, 13, 0x85}));
+    EXPECT_EQ(traced.read(Clock::now()).error(), "odpojeno");
+    ASSERT_TRUE(traced.write(Bytes{1, 2, 13}));
+    EXPECT_EQ(line.written, (Bytes{1, 2, 13}));
+    ASSERT_TRUE(traced.read(Clock::now()));
+    traced.flushInput();
+    ASSERT_TRUE(traced.read(Clock::now()));
+    traced.close();
+    EXPECT_EQ(line.flushes + line.closes, 2);
+    // The unfinished reply goes before the request after it; a flush and a
+    // close log what is pending.
+    const auto in = FrameDirection::FromStation;
+    EXPECT_EQ(log,
+        (std::vector<std::pair<FrameDirection, Bytes>>{{in, {0x81, 0x82, 13}}, {in, {0x83, 0x84, 13}}, {in, {0x85}},
+            {FrameDirection::ToStation, {1, 2, 13}}, {in, {7}}, {in, {9}}}));
 }
 
 } // namespace

@@ -18,9 +18,12 @@ The body is what crossed the line, in order:
   < ..             a reply as it arrived
   ~ MS             how long the tool waited before what follows
   hang-up          the station's line went dead
-  = ..             what the command returned (a read adds the image it filled)
+  = ..             what the command returned: the state, what the station said
+                   of itself and whether the port is open; true or false (and
+                   the port for a leave); the image a read filled
 The station's EEPROM holds (i * 7 + 3) mod 251 at address i; the tool's image
-holds (i * 11 + 5) mod 256 when a write starts and zeros when a read starts.
+holds (i * 3 + 4) mod 256 when a write starts and zeros when a read starts;
+with these, some requests and replies carry the checksum 12 that stands for 13.
 
 Run it after a change of the protocol and review the differences.
 """
@@ -130,7 +133,8 @@ class Transcript:
         if not ok:
             self.line('close')
             self.open = False
-        self.result('Aktivni' if ok else 'Neaktivni')
+        memory = '%6d byte' % (2 ** (self.size_code + 7) - 64)
+        self.result('Aktivni|RM8|1.0|%s|TC35 Siemens|open' % memory if ok else 'Neaktivni|?|?|?|?|closed')
 
     def deactivate(self, answer):
         self.head.append('run deactivate ' + answer)
@@ -138,7 +142,7 @@ class Transcript:
         if ok:
             self.line('close')
             self.open = False
-        self.result('true' if ok else 'false')
+        self.result('true|closed' if ok else 'false|open')
 
     def read(self, size):
         self.head.append('run read %d' % size)
@@ -157,7 +161,7 @@ class Transcript:
 
     def write(self, used, check):
         self.head.append('run write %d %s' % (used, 'check' if check else 'nocheck'))
-        image = [(i * 11 + 5) % 256 for i in range(65536)]
+        image = [(i * 3 + 4) % 256 for i in range(65536)]
 
         def write_block(a):
             for attempt in range(10):
@@ -247,6 +251,16 @@ waiting 200 to 1,100 ms; the 10th may still succeed.""",
     t.save()
 
 
+def data_pass():
+    t = Transcript('data_pass', """
+Where the data pass ends: it always writes the block at 272, and goes on up
+to and including the block that starts at or past the used size.""", 2, {})
+    t.activate()
+    for used in (0, 273, 304, 305):
+        t.write(used, False)
+    t.save()
+
+
 def write_checked():
     t = Transcript('write_checked', """
 Writing with read-back: every written block is read back at once, up to 9
@@ -277,5 +291,6 @@ if __name__ == '__main__':
     session()
     read()
     write()
+    data_pass()
     write_checked()
     hangup()
