@@ -8,7 +8,6 @@
 // milliseconds waited before the next line, "hang-up".
 
 #include <algorithm>
-#include <cstdio>
 #include <deque>
 #include <map>
 
