@@ -12,25 +12,9 @@
 #include <functional>
 #include <memory>
 
-#include <QApplication>
-#include <QDialog>
-#include <QElapsedTimer>
-#include <QPointer>
-#include <QTimer>
+#include "window_tests.h"
 
 namespace rm8::shell::test {
-
-// Ends every modal event loop that is still running.
-inline void closeAllModals()
-{
-    for (int guard = 0; guard < 16 && QApplication::activeModalWidget(); ++guard) {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (auto* dialog = qobject_cast<QDialog*>(modal))
-            dialog->reject();
-        modal->close();
-        modal->hide();
-    }
-}
 
 // Acts on the first visible modal window of type W, then waits for it to
 // close. The result is empty once that has happened, else it says what went
@@ -46,25 +30,27 @@ std::shared_ptr<QString> onNextModal(const QString& waitedFor, std::function<voi
     QElapsedTimer clock;
     clock.start();
     QObject::connect(timer, &QTimer::timeout, timer,
-                     [=, watched = std::weak_ptr<QString>(failure), window = QPointer<W>(), seen = false]() mutable {
-                         const std::shared_ptr<QString> result = watched.lock();
-                         auto* modal = qobject_cast<W*>(QApplication::activeModalWidget());
-                         if (result && !seen && modal && modal->isVisible()) {
-                             seen = true;
-                             window = modal;
-                             clock.restart();
-                             *result = waitedFor + QStringLiteral(": still open after the test acted on it");
-                             act(modal);
-                         }
-                         if (result && seen && (window.isNull() || !window->isVisible()))
-                             result->clear();
-                         if (result && !result->isEmpty() && clock.elapsed() <= timeoutMs)
-                             return;
-                         timer->stop();
-                         timer->deleteLater();
-                         if (result && !result->isEmpty())
-                             closeAllModals();
-                     });
+        [=, watched = std::weak_ptr<QString>(failure), window = QPointer<W>(), seen = false]() mutable {
+            const std::shared_ptr<QString> result = watched.lock();
+            auto* modal = qobject_cast<W*>(QApplication::activeModalWidget());
+            if (result && !seen && modal && modal->isVisible()) {
+                seen = true;
+                window = modal;
+                clock.restart();
+                *result = waitedFor + QStringLiteral(": still open after the test acted on it");
+                act(modal);
+            }
+            if (result && seen && (window.isNull() || !window->isVisible()))
+                result->clear();
+            if (result && !result->isEmpty() && clock.elapsed() <= timeoutMs)
+                return;
+            timer->stop();
+            timer->deleteLater();
+            // Hiding a modal window ends its event loop.
+            for (int guard = 0; result && !result->isEmpty() && QApplication::activeModalWidget() && guard < 16;
+                 ++guard)
+                QApplication::activeModalWidget()->hide();
+        });
     timer->start(10);
     return failure;
 }

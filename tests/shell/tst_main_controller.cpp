@@ -5,19 +5,7 @@
 // answered by a script, or by clicks on the real windows where those are
 // what is tested.
 
-#include <QComboBox>
-#include <QDialogButtonBox>
-#include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTabWidget>
-#include <QTemporaryDir>
-
 #include "flow/messages.h"
-#include "json_cases.h"
 #include "modal_helpers.h"
 #include "shell/main_controller.h"
 #include "shell/port_settings_dialog.h"
@@ -25,6 +13,7 @@
 #include "sim/pty_station.h"
 #include "support/recording_interaction.h"
 #include "ui/main_window.h"
+#include "window_tests.h"
 
 using namespace rm8;
 using rm8::shell::MainController;
@@ -33,7 +22,7 @@ using rm8::test::qs;
 
 namespace {
 
-QString q(std::string_view text) { return QString::fromUtf8(text.data(), qsizetype(text.size())); }
+const auto q = [](std::string_view text) { return QString::fromUtf8(text.data(), qsizetype(text.size())); };
 
 const QString kStillProgramming = QStringLiteral("Zařízení nebylo deaktivováno a je zřejmě stále v programovacím módu. "
                                                  "Má se zařízení před ukončením programu deaktivovat?");
@@ -41,24 +30,23 @@ const QString kStillProgramming = QStringLiteral("Zařízení nebylo deaktivová
 // The window and its commands; "COM 1" is the simulated station, the other
 // entries have no device.
 struct Rig {
-    explicit Rig(sim::StationProfile profile = {}, MainController::Options options = {})
+    explicit Rig(sim::StationProfile profile = {}, MainController::Options options = {}, Interaction* shown = nullptr)
         : station(sim::StationSimulator(profile))
     {
         station.start();
         options.ports = link::PortMap();
         options.ports.set(1, station.path());
-        options.systemPorts = [] { return std::vector<shell::SystemPort>{}; };
-        controller = new MainController(window, ui, std::move(options));
+        controller = new MainController(window, shown ? *shown : ui, std::move(options));
         window.show();
     }
     template <class W = QAbstractButton> W* widget(const char* name) { return window.findChild<W*>(name); }
     void click(const char* name) { QTest::mouseClick(widget(name), Qt::LeftButton); }
     QString text(const char* name) { return widget<QLabel>(name)->text(); }
     int page() { return widget<QTabWidget>("TabList")->currentIndex(); }
-    void type(const char* name, const QString& typed)
+    void type(const char* name, const QString& text)
     {
-        widget<QLineEdit>(name)->selectAll();
-        QTest::keyClicks(widget<QLineEdit>(name), typed);
+        widget<QLineEdit>(name)->clear();
+        QTest::keyClicks(widget<QLineEdit>(name), text);
     }
     StationSettings fields() const
     {
@@ -98,19 +86,17 @@ private slots:
         rig.reset();
     }
 
-    void activationShowsTheVerdict_data() { rm8::test::addJsonCases("activation.json"); }
+    void activationShowsTheVerdict_data() { rm8::test::addJsonCases("ui/activation.json"); }
     // Then deactivation, where the session opened.
     void activationShowsTheVerdict()
     {
         FETCH_CASE(c);
         const auto version = c["version"].get<std::vector<std::uint8_t>>();
-        rig.reset(new Rig({c["signature"].get<std::uint32_t>(), version[0], version[1], 6, 32}));
+        rig.reset(new Rig({ c["signature"].get<std::uint32_t>(), version[0], version[1], 6, 32 }));
         rig->widget<QComboBox>("tabPort")->setCurrentText(qs(c["port"]));
         const bool opened = rig->activate();
-        QStringList shown;
-        for (const auto& message : rig->ui.messages)
-            shown << q(message.text);
-        QCOMPARE(shown.mid(opened ? 1 : 0), c["verdict"].is_null() ? QStringList() : QStringList{qs(c["verdict"])});
+        const auto shown = rig->ui.messageTexts();
+        QVERIFY2(std::vector(shown.begin() + opened, shown.end()) == c["verdict"], shown.back().c_str());
         QCOMPARE(rig->text("tabDeAktivNapis"), qs(c["state"]));
         QCOMPARE(rig->text("lblInfoProdukt"), qs(c["product"]));
         QCOMPARE(rig->widget("btEEPROMSave")->isEnabled(), c["state"] == "Aktivní");
@@ -119,7 +105,7 @@ private slots:
         if (!opened)
             return;
         rig->click("btDEA");
-        QCOMPARE(rig->station.requests().back(), (std::vector<std::uint8_t>{6, 170, 85}));
+        QCOMPARE(rig->station.requests().back(), (std::vector<std::uint8_t> { 6, 170, 85 }));
         QCOMPARE(rig->text("tabDeAktivNapis"), QStringLiteral("Neaktivní"));
         QVERIFY(!rig->controller->sessionOpen());
     }
@@ -133,24 +119,28 @@ private slots:
     void fileAndStationRoundTrip()
     {
         MainController::Options options;
-        options.fileChooser = [this](shell::FileDialogKind kind) { return shell::chooseSettingsFile(&rig->window, kind); };
+        options.fileChooser
+            = [this](shell::FileDialogKind kind) { return shell::chooseSettingsFile(&rig->window, kind); };
         rig.reset(new Rig({}, std::move(options)));
         QTemporaryDir scratch;
         // Outputs that pass the cross-check, in the form the encoder writes.
         const QString golden = QString::fromStdString((rm8::test::dataDir() / "header_checksum_13.eep").string());
         const QString saved = scratch.filePath(QStringLiteral("uložené.eep"));
-        for (const auto& [command, path] : {std::pair{"btFileLoad", QString()}, {"btFileLoad", golden}, {"btFileSave", saved}}) {
+        for (const auto& [command, path] :
+            { std::pair { "btFileLoad", QString() }, { "btFileLoad", golden }, { "btFileSave", saved } }) {
             const bool opening = command == std::string("btFileLoad");
             const auto seen = onNextModal<QFileDialog>(QStringLiteral("the file dialog"), [&](QFileDialog* dialog) {
                 QCOMPARE(dialog->objectName(), QStringLiteral("CommonDialog"));
-                QCOMPARE(dialog->nameFilters(), QStringList{QStringLiteral("EEPROM (*.eep)")});
+                QCOMPARE(dialog->nameFilters(), QStringList { QStringLiteral("EEPROM (*.eep)") });
                 QCOMPARE(dialog->acceptMode(), opening ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
                 // The save flow asks about replacing a file itself.
                 QCOMPARE(dialog->testOption(QFileDialog::DontConfirmOverwrite), !opening);
                 if (path.isEmpty())
                     return dialog->reject();
                 dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
-                dialog->findChild<QDialogButtonBox*>()->button(opening ? QDialogButtonBox::Open : QDialogButtonBox::Save)->click();
+                dialog->findChild<QDialogButtonBox*>()
+                    ->button(opening ? QDialogButtonBox::Open : QDialogButtonBox::Save)
+                    ->click();
             });
             rig->click(command);
             QVERIFY2(seen->isEmpty(), qPrintable(*seen));
@@ -186,7 +176,8 @@ private slots:
         rig->type("tabOUTNazev_1", QStringLiteral("SVETLO"));
         rig->type("tabOUTNazev_2", QStringLiteral("SVETLOVOD"));
         rig->click("btEEPROMSave");
-        QVERIFY2(rig->ui.messages.back().text.starts_with("Název výstupu 'OUT2'"), rig->ui.messages.back().text.c_str());
+        QVERIFY2(
+            rig->ui.messages.back().text.starts_with("Název výstupu 'OUT2'"), rig->ui.messages.back().text.c_str());
         QCOMPARE(pageBehindTheMessage, 3);
         QCOMPARE(rig->window.focusWidget(), rig->widget<QLineEdit>("tabOUTNazev_1"));
         QCOMPARE(rig->requests(5), written);
@@ -199,13 +190,9 @@ private slots:
     // then the closing asks its question.
     void stornoInTheProgressWindow()
     {
-        rig.reset(new Rig);
-        shell::QtInteraction real(&rig->window);
-        MainController::Options options;
-        options.ports = rig->controller->ports();
-        delete std::exchange(rig->controller, nullptr);
-        const std::unique_ptr<MainController> controller(new MainController(rig->window, real, std::move(options)));
-        QSignalSpy exits(controller.get(), &MainController::exitRequested);
+        shell::QtInteraction real;
+        rig.reset(new Rig({}, {}, &real));
+        QSignalSpy exits(rig->controller, &MainController::exitRequested);
         QStringList shown;
         bool blocksTheRest = false;
         QTimer clicker;
@@ -213,40 +200,44 @@ private slots:
             if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
                 shown << box->text();
                 (box->defaultButton() ? box->defaultButton() : box->button(QMessageBox::Ok))->click();
-            } else if (auto& info = real.progressWindow(); !blocksTheRest && info.isVisible()
-                       && info.textLabel()->text() == q(messages::kReadingEeprom)) {
+            } else if (auto& info = real.progressWindow();
+                       !blocksTheRest && info.isVisible() && info.textLabel()->text() == q(messages::kReadingEeprom)) {
                 blocksTheRest = QApplication::activeModalWidget() == &info;
-                for (const char* name : {"btDEA", "btEEPROMLoad", "btKonec"})
+                for (const char* name : { "btDEA", "btEEPROMLoad", "btKonec" })
                     rig->click(name);
                 rig->window.close();
                 QTest::mouseClick(info.stornoButton(), Qt::LeftButton);
             }
         });
         clicker.start(20);
+        // Bounded: whatever is still open then is closed by force, and the test fails.
+        QTimer::singleShot(20000, &clicker, [] {
+            while (QWidget* modal = QApplication::activeModalWidget())
+                modal->hide();
+        });
         QVERIFY(rig->activate());
         rig->type("tabJmenoStanice", QStringLiteral("Vodarna"));
         const StationSettings before = rig->fields();
         rig->click("btEEPROMLoad");
         clicker.stop();
         QVERIFY(blocksTheRest && !real.progressWindow().isVisible());
-        QCOMPARE(shown.mid(1), (QStringList{q(messages::kStationReadCancelled), kStillProgramming}));
+        QCOMPARE(shown.mid(1), (QStringList { q(messages::kStationReadCancelled), kStillProgramming }));
         QVERIFY(rig->fields() == before);
         QCOMPARE(rig->requests(6), std::size_t(1)); // the question's Yes
         QCOMPARE(exits.count(), 1);
+        rig.reset(); // before the interaction it uses
     }
 
-    void exitAndCloseQuestions_data() { rm8::test::addJsonCases("exit_questions.json"); }
+    void exitAndCloseQuestions_data() { rm8::test::addJsonCases("ui/exit_questions.json"); }
     void exitAndCloseQuestions()
     {
         FETCH_CASE(c);
-        const char* const answers[] = {"Ok", "Yes", "No", "Cancel"};
-        const char* const buttons[] = {"Ok", "YesNo", "YesNoCancel"};
         rig.reset(new Rig);
         QSignalSpy exits(rig->controller, &MainController::exitRequested);
         if (c["session"] == true)
             QVERIFY(rig->activate());
         if (!c["answer"].is_null())
-            rig->ui.answers.push_back(Answer(std::find(answers, answers + 4, c["answer"]) - answers));
+            rig->ui.answers.push_back(rm8::test::named<Answer>(c["answer"], { "Ok", "Yes", "No", "Cancel" }));
         if (c["by"] == "btKonec")
             rig->click("btKonec");
         else
@@ -256,7 +247,7 @@ private slots:
         for (const auto& question : rig->ui.questions) {
             QCOMPARE(q(question.text), kStillProgramming);
             QCOMPARE(question.icon, MessageIcon::Question);
-            QCOMPARE(QString::fromLatin1(buttons[int(*question.buttons)]), qs(c["buttons"]));
+            QCOMPARE(*question.buttons, rm8::test::named<Buttons>(c["buttons"], { "Ok", "YesNo", "YesNoCancel" }));
         }
         QCOMPARE(rig->requests(6), std::size_t(c["leaves"] == true ? 1 : 0));
         QCOMPARE(exits.count(), c["ends"] == true ? 1 : 0);
@@ -266,12 +257,17 @@ private slots:
 
     // The about box, modal and owned by the window. The port dialog chooses
     // what an entry of the port list opens: not after Storno, after OK, and
-    // remembered for the next run.
+    // remembered for the next run. Its lists show what each system port is,
+    // the field keeps only the path that will be opened; blanks around a
+    // typed path go, and an empty field is the platform's own device again.
     void aboutBoxAndPortDialog()
     {
         std::vector<link::PortMap> remembered;
         MainController::Options options;
         options.remember = [&](const link::PortMap& ports) { remembered.push_back(ports); };
+        options.systemPorts = [] {
+            return std::vector<shell::SystemPort> { { "/dev/ttyS0", "" }, { "/dev/ttyUSB0", "CP2102 (Silicon Labs)" } };
+        };
         rig.reset(new Rig({}, std::move(options)));
         QStringList texts;
         auto seen = onNextModal<QDialog>(QStringLiteral("the about box"), [&](QDialog* dialog) {
@@ -282,24 +278,39 @@ private slots:
         });
         rig->click("btInformace");
         QVERIFY2(seen->isEmpty(), qPrintable(*seen));
-        QVERIFY2(texts.join(u'|').contains(QStringLiteral("Inicializační program pro zařízení RM8|Verze " RM8_PROJECT_VERSION))
-                     && texts.back() == QStringLiteral("1"),
-                 qPrintable(texts.join(u'|')));
+        QVERIFY2(texts.join(u'|').contains(
+                     QStringLiteral("Inicializační program pro zařízení RM8|Verze " RM8_PROJECT_VERSION))
+                && texts.back() == QStringLiteral("1"),
+            qPrintable(texts.join(u'|')));
 
         const QString station = QString::fromStdString(rig->station.path());
         rig->widget<QComboBox>("tabPort")->setCurrentText(QStringLiteral("COM 3"));
-        for (const char* button : {"btStorno", "btOk"}) {
-            seen = onNextModal<shell::PortSettingsDialog>(QStringLiteral("the port dialog"), [&](shell::PortSettingsDialog* dialog) {
-                dialog->deviceEditor(3)->lineEdit()->selectAll();
-                QTest::keyClicks(dialog->deviceEditor(3)->lineEdit(), station);
-                QTest::mouseClick(dialog->findChild<QPushButton*>(button), Qt::LeftButton);
-            });
+        for (const char* button : { "btStorno", "btOk" }) {
+            seen = onNextModal<shell::PortSettingsDialog>(
+                QStringLiteral("the port dialog"), [&](shell::PortSettingsDialog* dialog) {
+                    QCOMPARE(
+                        dialog->deviceEditor(1)->itemText(1), QStringLiteral("/dev/ttyUSB0 – CP2102 (Silicon Labs)"));
+                    QTest::keyClick(dialog->deviceEditor(2), Qt::Key_Down); // the list's first entry
+                    QTest::keyClick(dialog->deviceEditor(2), Qt::Key_Down);
+                    for (int number : { 3, 4 }) {
+                        dialog->deviceEditor(number)->lineEdit()->selectAll();
+                        QTest::keyClick(dialog->deviceEditor(number)->lineEdit(), Qt::Key_Backspace);
+                    }
+                    QTest::keyClicks(dialog->deviceEditor(3)->lineEdit(), QLatin1String("  ") + station + u' ');
+                    QTest::mouseClick(dialog->findChild<QPushButton*>(button), Qt::LeftButton);
+                });
             rig->click("btPortSettings");
             QVERIFY2(seen->isEmpty(), qPrintable(*seen));
             QCOMPARE(rig->activate(), button == std::string("btOk"));
         }
+        link::PortMap expected;
+        expected.set(4, link::PortMap::platformDefault().device("COM 4").value());
+        expected.set(1, rig->station.path());
+        expected.set(2, "/dev/ttyUSB0");
+        expected.set(3, rig->station.path());
         QCOMPARE(remembered.size(), std::size_t(1));
-        QCOMPARE(remembered[0].device("COM 3").value_or(""), station.toStdString());
+        QVERIFY(remembered[0].entries() == expected.entries());
+        QCOMPARE(rig->controller->ports().device("COM 2"), std::optional<std::string>("/dev/ttyUSB0"));
     }
 };
 

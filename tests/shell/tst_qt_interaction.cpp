@@ -1,26 +1,20 @@
 // The progress window Info and the message boxes behind the flows, shown
 // for real (offscreen) and answered by clicks and keys.
 
-#include <QLabel>
-#include <QMainWindow>
-#include <QMessageBox>
-#include <QMetaEnum>
-#include <QPushButton>
-
-#include "json_cases.h"
 #include "modal_helpers.h"
 #include "shell/progress_window.h"
 #include "shell/qt_interaction.h"
+#include "window_tests.h"
 
 using namespace rm8;
 
 class TestQtInteraction : public QObject {
     Q_OBJECT
     QMainWindow owner;
-    shell::QtInteraction ui{&owner};
+    shell::QtInteraction ui { &owner };
 
 private slots:
-    void progressWindow_data() { rm8::test::addJsonCases("progress_window.json"); }
+    void progressWindow_data() { rm8::test::addJsonCases("ui/progress_window.json"); }
     // An earlier Storno is forgotten when the next progress shows; a Storno
     // stays until then. The flows see Storno only through cancelRequested().
     void progressWindow()
@@ -31,15 +25,12 @@ private slots:
         QTest::mouseClick(info.stornoButton(), Qt::LeftButton);
         ui.showProgress("Načítám data z EEPROM do PC.", c["storno"] == true);
         QVERIFY(!ui.cancelRequested());
-        QVERIFY(info.isVisible());
-        QCOMPARE(info.objectName(), QStringLiteral("Info"));
-        QCOMPARE(info.windowTitle(), QStringLiteral("RM8"));
-        QCOMPARE(info.textLabel()->text(), QStringLiteral("Načítám data z EEPROM do PC."));
-        QCOMPARE(info.stornoButton()->text(), QStringLiteral("Storno"));
-        QCOMPARE(info.stornoButton()->isVisible(), c["storno"] == true);
         // Shown without a nested loop (we got here), but blocking the rest.
-        QCOMPARE(info.windowModality(), Qt::ApplicationModal);
-        QCOMPARE(info.parentWidget(), &owner);
+        QCOMPARE((QVariantList { info.isVisible(), info.objectName(), info.windowTitle(), info.textLabel()->text(),
+                     info.stornoButton()->text(), info.stornoButton()->isVisible(),
+                     info.windowModality() == Qt::ApplicationModal, info.parentWidget() == &owner }),
+            (QVariantList {
+                true, "Info", "RM8", "Načítám data z EEPROM do PC.", "Storno", c["storno"] == true, true, true }));
 
         if (c["act"] == "click")
             QTest::mouseClick(info.stornoButton(), Qt::LeftButton);
@@ -54,38 +45,38 @@ private slots:
         QVERIFY(!info.isVisible());
     }
 
-    void boxes_data() { rm8::test::addJsonCases("message_boxes.json"); }
+    void boxes_data() { rm8::test::addJsonCases("ui/message_boxes.json"); }
     // Titled with the application's title; the station's CR LF line breaks
     // shown as lines; what the system said kept as the details of a message.
     void boxes()
     {
         FETCH_CASE(c);
-        const char* const icons[] = {"Stop", "Exclamation", "Question", "Information"};
-        const char* const buttons[] = {"Ok", "YesNo", "YesNoCancel"};
-        const char* const answers[] = {"Ok", "Yes", "No", "Cancel"};
         const auto standard = QMetaEnum::fromType<QMessageBox::StandardButtons>();
         QStringList seen;
-        const auto wait = shell::test::onNextModal<QMessageBox>(QStringLiteral("the message box"), [&](QMessageBox* box) {
-            seen << box->windowTitle() << box->text() << box->detailedText()
-                 << QMetaEnum::fromType<QMessageBox::Icon>().valueToKey(box->icon())
-                 << QString::number(box->standardButtons().toInt());
-            if (c["press"] == "Escape")
-                QTest::keyClick(box, Qt::Key_Escape);
-            else
-                box->button(QMessageBox::StandardButton(standard.keyToValue(c["press"].get<std::string>().c_str())))->click();
-        });
-        const auto icon = MessageIcon(std::find(icons, icons + 4, c["icon"]) - icons);
+        const auto wait = shell::test::onNextModal<QMessageBox>(
+            QStringLiteral("the message box"), [&](QMessageBox* box) {
+                seen << box->windowTitle() << box->text() << box->detailedText()
+                     << QMetaEnum::fromType<QMessageBox::Icon>().valueToKey(box->icon())
+                     << QString::number(box->standardButtons().toInt());
+                if (c["press"] == "Escape")
+                    QTest::keyClick(box, Qt::Key_Escape);
+                else
+                    box->button(QMessageBox::StandardButton(standard.keyToValue(c["press"].get<std::string>().c_str())))
+                        ->click();
+            });
+        const auto icon
+            = rm8::test::named<MessageIcon>(c["icon"], { "Stop", "Exclamation", "Question", "Information" });
         const std::string_view text = "první řádek\r\ndruhý řádek";
         if (c["buttons"].is_null())
             ui.message(icon, text, "No such file");
         else
-            QCOMPARE(answers[int(ui.ask(icon, text, Buttons(std::find(buttons, buttons + 3, c["buttons"]) - buttons)))],
-                     c["answer"].get<std::string>());
+            QCOMPARE(ui.ask(icon, text, rm8::test::named<Buttons>(c["buttons"], { "Ok", "YesNo", "YesNoCancel" })),
+                rm8::test::named<Answer>(c["answer"], { "Ok", "Yes", "No", "Cancel" }));
         QVERIFY2(wait->isEmpty(), qPrintable(*wait));
-        QCOMPARE(seen, (QStringList{QStringLiteral("RM8"), QStringLiteral("první řádek\ndruhý řádek"),
-                                    c["buttons"].is_null() ? QStringLiteral("No such file") : QString(),
-                                    rm8::test::qs(c["box"]),
-                                    QString::number(standard.keysToValue(c["offered"].get<std::string>().c_str()))}));
+        QCOMPARE(seen,
+            (QStringList { QStringLiteral("RM8"), QStringLiteral("první řádek\ndruhý řádek"),
+                c["buttons"].is_null() ? QStringLiteral("No such file") : QString(), rm8::test::qs(c["box"]),
+                QString::number(standard.keysToValue(c["offered"].get<std::string>().c_str())) }));
     }
 };
 

@@ -1,13 +1,9 @@
-// rm8config as a program: its options, and the simulated station that
-// --demo starts, which must end even when the program is killed.
+// rm8config as a program: the simulated station that --demo starts must end
+// even when the program is killed.
 
 #include <csignal>
 
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-
-#include "json_cases.h"
+#include "window_tests.h"
 
 namespace {
 
@@ -21,40 +17,17 @@ QByteArray fromProc(const QString& path)
 
 class TestRm8configProgram : public QObject {
     Q_OBJECT
-    QProcess program;
-
-    void start(QStringList arguments)
-    {
-        // The remembered port assignments of a run stay out of the user's own settings.
-        qputenv("XDG_CONFIG_HOME", QDir::tempPath().toLocal8Bit() + "/rm8config-test-config");
-        program.start(QStringLiteral(RM8CONFIG_PATH), arguments << QStringLiteral("-platform") << QStringLiteral("offscreen"));
-    }
 
 private slots:
-    void options_data() { rm8::test::addJsonCases("rm8config_options.json"); }
-    void options()
-    {
-        FETCH_CASE(c);
-        QStringList arguments;
-        for (const auto& argument : c["arguments"])
-            arguments << rm8::test::qs(argument);
-        start(arguments);
-        QVERIFY(program.waitForFinished(20000));
-        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(program.exitCode(), c["exit"].get<int>());
-        const bool error = c.contains("stderr");
-        const QString said = QString::fromUtf8(error ? program.readAllStandardError() : program.readAllStandardOutput());
-        const QString expected = rm8::test::qs(c[error ? "stderr" : "stdout"])
-                                     .replace(QLatin1String("@PROJECT_VERSION@"), QLatin1String(RM8_PROJECT_VERSION));
-        QVERIFY2(said.contains(expected), qPrintable(said));
-    }
-
     // Killed outright, the program cannot end the simulator itself: the
     // system must do it. It is found among the program's children; once
     // ended it is gone, or a zombie waiting for whoever adopted it.
     void demoStationEndsWithAKilledProgram()
     {
-        start({QStringLiteral("--demo")});
+        // The remembered port assignments of the run stay out of the user's own settings.
+        qputenv("XDG_CONFIG_HOME", QDir::tempPath().toLocal8Bit() + "/rm8config-test-config");
+        QProcess program;
+        program.start(QStringLiteral(RM8CONFIG_PATH), { "--demo", "-platform", "offscreen" });
         QVERIFY(program.waitForStarted(20000));
         const QString children = QStringLiteral("/proc/%1/task/%1/children").arg(program.processId());
         QTRY_VERIFY_WITH_TIMEOUT(!fromProc(children).trimmed().isEmpty(), 20000);
