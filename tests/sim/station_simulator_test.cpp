@@ -100,11 +100,11 @@ TEST(FrameLog, OneLineOfTimeDirectionAndUpperCaseHexPairsPerChunkOrNote)
     log.record(link::FrameDirection::ToStation, Bytes{0x00, 0x0F, 0xA0, 0xFF, 13}, at(123456));
     log.record(link::FrameDirection::FromStation, Bytes{0x81, 0x82, 13}, at(7));
     log.record(link::FrameDirection::FromStation, Bytes{}, at(0));
-    log.note("reply dropped\nsecond line", at(42));
+    log.note("reply dropped\nsecond line", at(0));
     EXPECT_EQ(out.str(),
         "2026-11-22 21:05:03.123456 > 00 0F A0 FF 0D\n"
         "2026-11-22 21:05:03.000007 < 81 82 0D\n"
-        "2026-11-22 21:05:03.000042 # reply dropped second line\n");
+        "2026-11-22 21:05:03.000000 # reply dropped second line\n");
 }
 
 TEST(FrameLog, LinesFromManyThreadsStayWhole)
