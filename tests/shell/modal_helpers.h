@@ -27,22 +27,21 @@ std::shared_ptr<QString> onNextModal(const QString& waitedFor, std::function<voi
 {
     auto failure = std::make_shared<QString>(waitedFor + QStringLiteral(": did not open in time"));
     auto* timer = new QTimer;
-    QElapsedTimer clock;
-    clock.start();
     QObject::connect(timer, &QTimer::timeout, timer,
-        [=, watched = std::weak_ptr<QString>(failure), window = QPointer<W>(), seen = false]() mutable {
+        [=, watched = std::weak_ptr<QString>(failure), window = QPointer<W>(), seen = false,
+            deadline = QDeadlineTimer(timeoutMs)]() mutable {
             const std::shared_ptr<QString> result = watched.lock();
             auto* modal = qobject_cast<W*>(QApplication::activeModalWidget());
             if (result && !seen && modal && modal->isVisible()) {
                 seen = true;
                 window = modal;
-                clock.restart();
+                deadline.setRemainingTime(timeoutMs);
                 *result = waitedFor + QStringLiteral(": still open after the test acted on it");
                 act(modal);
             }
             if (result && seen && (window.isNull() || !window->isVisible()))
                 result->clear();
-            if (result && !result->isEmpty() && clock.elapsed() <= timeoutMs)
+            if (result && !result->isEmpty() && !deadline.hasExpired())
                 return;
             timer->stop();
             timer->deleteLater();

@@ -16,8 +16,10 @@ private slots:
     {
         FETCH_CASE(c);
         rm8::shell::DemoStation demo;
-        const QString program = c["program"].is_null() ? QStringLiteral(RM8SIM_PATH) : rm8::test::qs(c["program"]);
-        const auto device = demo.start(program, rm8::test::qsl(c["arguments"]), c["program"].is_null() ? 10000 : 500);
+        QStringList arguments = c["program"].is_null() ? QStringList { QStringLiteral(RM8SIM_PATH) }
+                                                       : rm8::test::qs(c["program"]).split(u' ');
+        const QString program = arguments.takeFirst();
+        const auto device = demo.start(program, arguments, c["program"].is_null() ? 10000 : 500);
         if (c["error"].is_null()) {
             QVERIFY2(
                 device && QFileInfo::exists(*device) && demo.running(), qPrintable(device ? *device : device.error()));

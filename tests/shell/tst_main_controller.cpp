@@ -42,7 +42,6 @@ struct Rig {
     template <class W = QAbstractButton> W* widget(const char* name) { return window.findChild<W*>(name); }
     void click(const char* name) { QTest::mouseClick(widget(name), Qt::LeftButton); }
     QString text(const char* name) { return widget<QLabel>(name)->text(); }
-    int page() { return widget<QTabWidget>("TabList")->currentIndex(); }
     void type(const char* name, const QString& text)
     {
         widget<QLineEdit>(name)->clear();
@@ -163,7 +162,7 @@ private slots:
         int pageBehindTheMessage = -1;
         rig->ui.onMessage = [&](const test::RecordingInteraction::Shown&) {
             behindTheMessage = rig->fields();
-            pageBehindTheMessage = rig->page();
+            pageBehindTheMessage = rig->widget<QTabWidget>("TabList")->currentIndex();
         };
         rig->click("btEEPROMLoad");
         QCOMPARE(q(rig->ui.messages.back().text), q(messages::kStationReadDone));

@@ -22,14 +22,6 @@ inline QString qs(const nlohmann::json& text)
     return QString::fromStdString(text.get<std::string>());
 }
 
-inline QStringList qsl(const nlohmann::json& texts)
-{
-    QStringList list;
-    for (const auto& text : texts)
-        list << qs(text);
-    return list;
-}
-
 // An enumeration's value from its name in a table, given the names in the
 // enumeration's order.
 template <class E> E named(const nlohmann::json& name, std::initializer_list<const char*> names)

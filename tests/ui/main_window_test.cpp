@@ -108,7 +108,7 @@ private slots:
         QCOMPARE(widgetLines(window), QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts));
 
         // On a 1024x768 screen less the title bar and a panel every page
-        // shows whole, without scrolling and without a cut caption.
+        // shows whole: no scrolling, no caption cut or covered by another.
         window.resize(1024, 700);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
@@ -120,11 +120,18 @@ private slots:
             auto* area = qobject_cast<QScrollArea*>(tabs->widget(page));
             QVERIFY2(!area->horizontalScrollBar()->isVisible() && !area->verticalScrollBar()->isVisible(),
                 qPrintable(tabs->tabText(page)));
+            QList<QRect> taken; // no caption lies over another
             for (const QWidget* widget : window.findChildren<QWidget*>()) {
                 const auto* label = qobject_cast<const QLabel*>(widget);
-                if (widget->isVisible()
-                    && ((label && !label->wordWrap()) || qobject_cast<const QAbstractButton*>(widget)))
-                    QVERIFY2(widget->width() >= widget->minimumSizeHint().width(), qPrintable(describe(widget, tabs)));
+                if (!widget->isVisible()
+                    || !((label && !label->wordWrap()) || qobject_cast<const QAbstractButton*>(widget)))
+                    continue;
+                const QRect place(widget->mapTo(&window, QPoint()), widget->size());
+                QVERIFY2(widget->width() >= widget->minimumSizeHint().width()
+                        && std::none_of(
+                            taken.begin(), taken.end(), [&](const QRect& other) { return other.intersects(place); }),
+                    qPrintable(describe(widget, tabs)));
+                taken << place;
             }
         }
     }
@@ -175,7 +182,10 @@ private slots:
         for (const QString& line : widgetLines(window))
             if (!before.contains(line))
                 changed << line;
-        QCOMPARE(changed, rm8::test::qsl(c["changes"]));
+        QStringList changes;
+        for (const auto& line : c["changes"])
+            changes << qs(line);
+        QCOMPARE(changed, changes);
     }
 
     void goldenFilesThroughTheFields_data() { rm8::test::addJsonCases("manifest.json", "name"); }
@@ -191,9 +201,7 @@ private slots:
         window.fillSettings(loaded);
         StationSettings back;
         window.readSettings(back);
-        QCOMPARE(QString::fromStdString(rm8::settingsToJsonText(back)),
-            QString::fromStdString(rm8::settingsToJsonText(loaded)));
-        QVERIFY(back == loaded); // and what JSON leaves out
+        QVERIFY(back == loaded);
         // The generator's own figure, not the core's.
         QCOMPARE(window.field<QLabel>(QStringLiteral("lblInfoPamUsage"))->text(),
             QStringLiteral("%1 byte").arg(c["used_size"].get<int>()));
