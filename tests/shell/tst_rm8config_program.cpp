@@ -28,18 +28,17 @@ private slots:
         qputenv("XDG_CONFIG_HOME", QDir::tempPath().toLocal8Bit() + "/rm8config-test-config");
         QProcess program;
         program.start(QStringLiteral(RM8CONFIG_PATH), { "--demo", "-platform", "offscreen" });
-        QVERIFY(program.waitForStarted(20000));
-        const QString children = QStringLiteral("/proc/%1/task/%1/children").arg(program.processId());
-        QTRY_VERIFY_WITH_TIMEOUT(!fromProc(children).trimmed().isEmpty(), 20000);
-        const QString simulator = QString::fromLatin1(fromProc(children).trimmed().split(' ').front());
-        QCOMPARE(fromProc(QStringLiteral("/proc/%1/comm").arg(simulator)).trimmed(), QByteArray("rm8sim"));
+        // Until the child has started the simulator it is still a copy of the program.
+        const auto child = [&] {
+            return QString::fromLatin1(fromProc(QStringLiteral("/proc/%1/task/%1/children").arg(program.processId())))
+                .section(u' ', 0, 0);
+        };
+        QTRY_COMPARE_WITH_TIMEOUT(fromProc("/proc/" + child() + "/comm").trimmed(), QByteArray("rm8sim"), 20000);
+        const QString simulator = child();
         ::kill(pid_t(program.processId()), SIGKILL);
         QVERIFY(program.waitForFinished(20000));
-        const auto ended = [&] {
-            const QByteArray stat = fromProc(QStringLiteral("/proc/%1/stat").arg(simulator));
-            return stat.isEmpty() || stat.mid(stat.lastIndexOf(')') + 2, 1) == "Z";
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(ended(), 10000);
+        const auto stat = [&] { return fromProc(QStringLiteral("/proc/%1/stat").arg(simulator)); };
+        QTRY_VERIFY_WITH_TIMEOUT(stat().isEmpty() || stat().contains("(rm8sim) Z"), 10000);
     }
 };
 
