@@ -13,7 +13,7 @@ options=(-DRM8_WERROR=ON -DRM8_BUILD_TESTS=ON -DRM8_BUILD_PROGRAMS=ON)
 
 # Each stage says how long it took, so that a slow CI run shows where.
 stage() {
-  ((${stage_start:-0})) && echo "   ($((SECONDS - stage_start)) s)"
+  [[ -n ${stage_start:-} ]] && echo "   ($((SECONDS - stage_start)) s)"
   stage_start=$SECONDS
   [[ $# -gt 0 ]] && echo "== $*"
   return 0
