@@ -20,7 +20,7 @@ stage() {
 }
 
 stage "debug build and tests"
-cmake --preset dev "${options[@]}" -DRM8_BUILD_BENCH=OFF >/dev/null
+cmake --preset dev "${options[@]}" -DRM8_BUILD_BENCH=ON >/dev/null
 cmake --build --preset dev
 ctest --preset dev -j2
 
@@ -33,8 +33,9 @@ stage "fuzzing"
 FUZZ_SECONDS="${FUZZ_SECONDS:-30}" bash scripts/fuzz.sh
 
 stage "benchmarks (figures only)"
-# The benchmarks are built once, optimised, with warnings as errors.
-cmake --preset release -DRM8_WERROR=ON -DRM8_BUILD_TESTS=OFF -DRM8_BUILD_BENCH=ON -DRM8_BUILD_PROGRAMS=ON >/dev/null
+# Warnings are errors in the debug build, which builds the benchmarks too; the
+# optimiser's -Wrestrict false alarms in std::string (GCC 12) stay warnings here.
+cmake --preset release -DRM8_WERROR=OFF -DRM8_BUILD_TESTS=OFF -DRM8_BUILD_BENCH=ON -DRM8_BUILD_PROGRAMS=ON >/dev/null
 cmake --build --preset release --target codec_bench link_bench gui_bench
 ./build/release/bench/codec_bench --benchmark_min_time=0.2
 # The line-rate part (a) takes minutes at 9,600 baud; run it by hand.
