@@ -1,0 +1,176 @@
+#include "editing/field_leave.h"
+
+#include <array>
+#include <type_traits>
+#include <utility>
+
+#include "editing/field_rules.h"
+#include "editing/numeric_clamps.h"
+#include "editing/phone_rules.h"
+
+namespace rm8 {
+namespace {
+
+using S = StationSettings;
+
+// The row dialogs' fields and their counterparts in the record.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 23> kDialogFields{{
+    {"INPNazev", "tabINPNazev"},   {"INPZap", "tabINPZap"},         {"INPVyp", "tabINPVyp"},
+    {"INPLH", "tabINPLH"},         {"INPHL", "tabINPHL"},           {"OUTNazev", "tabOUTNazev"},
+    {"OUTZap", "tabOUTZap"},       {"OUTVyp", "tabOUTVyp"},         {"OUTimpuls", "tabOUTimpuls"},
+    {"OUTimpulsLEN", "tabOUTimpulsLEN"}, {"AINNazev", "tabAINNazev"}, {"AINStateL", "tabAINStateL"},
+    {"AINStateM", "tabAINStateM"}, {"AINStateH", "tabAINStateH"},   {"AINCL1Level", "tabAINCL1Level"},
+    {"AINHCL1Level", "tabAINHCL1Level"}, {"AINCL2Level", "tabAINCL2Level"}, {"AINHCL2Level", "tabAINHCL2Level"},
+    {"AINCL1Up", "tabAINCL1Up"},   {"AINCL1Dn", "tabAINCL1Dn"},     {"AINCL2Up", "tabAINCL2Up"},
+    {"AINCL2Dn", "tabAINCL2Dn"},   {"TC", "tabTC"},
+}};
+
+// The two power-saving intervals, each an hour and a minute field.
+struct SchedulePair {
+    std::string_view hours, minutes;
+    std::string S::*hourMember;
+    std::string S::*minuteMember;
+};
+const std::array<SchedulePair, 2> kSchedule{{
+    {"eePSOnH", "eePSOnM", &S::eePSOnH, &S::eePSOnM},
+    {"eePSOffH", "eePSOffM", &S::eePSOffH, &S::eePSOffM},
+}};
+
+constexpr std::size_t kBatteryRow = 7;
+
+std::string textOf(const S& s, std::string_view field, std::size_t row)
+{
+    const FieldInfo* info = findField(recordFieldOf(field));
+    return info == nullptr ? std::string() : std::string(info->textIn(s, row));
+}
+
+// The schedule fields are clamped as a pair: the hours may take what the
+// minutes carry, and a period of no hours keeps at least five minutes.
+bool clampSchedule(const S& s, std::string_view field, std::string_view typed, LeaveOutcome& out)
+{
+    for (const auto& pair : kSchedule) {
+        const bool hours = field == pair.hours;
+        if (!hours && field != pair.minutes)
+            continue;
+        ScheduleFields fields{s.*pair.hourMember, s.*pair.minuteMember};
+        (hours ? fields.hours : fields.minutes) = std::string(typed);
+        fields = hours ? clampScheduleHours(fields) : clampScheduleMinutes(fields);
+        out.text = hours ? fields.hours : fields.minutes;
+        const std::string& partner = hours ? fields.minutes : fields.hours;
+        if (partner != s.*(hours ? pair.minuteMember : pair.hourMember))
+            out.changes.push_back({std::string(hours ? pair.minutes : pair.hours), 0, partner, std::nullopt});
+        return true;
+    }
+    if (recordFieldOf(field) == "tabOUTimpulsLEN") {
+        out.text = clampImpulseLength(typed);
+        return true;
+    }
+    return false;
+}
+
+void acceptPhoneNumber(const S& s, std::string_view field, std::size_t row, LeaveOutcome& out)
+{
+    if (!out.text.empty())
+        out.text = normalisePhoneNumber(out.text, s.tabUTOEnable, s.tabUTO);
+    // The dialog's number is judged with its boxes when the dialog closes.
+    if (field != "tabTC")
+        return;
+    S after = s;
+    after.tabTC[row] = out.text;
+    for (auto& change : phoneTableRule(after, row))
+        out.changes.push_back(std::move(change));
+}
+
+void acceptBatteryText(const S& s, std::string_view typed, LeaveOutcome& out)
+{
+    if (auto mirror = batteryMirror("rtBattLow", 0, typed); mirror && s.tabAINCL1Dn[kBatteryRow] != typed)
+        out.changes.push_back(std::move(*mirror));
+    if (!typed.empty() && !s.tabAINCL1DnEvent[kBatteryRow])
+        out.changes.push_back({"tabAINCL1DnEvent", kBatteryRow, true, std::nullopt});
+}
+
+} // namespace
+
+std::string_view recordFieldOf(std::string_view field)
+{
+    for (const auto& [dialog, record] : kDialogFields)
+        if (dialog == field)
+            return record;
+    return field;
+}
+
+LeaveOutcome leaveField(const S& s, std::string_view field, std::size_t row, std::string_view typed)
+{
+    LeaveOutcome out;
+    out.text = std::string(typed);
+    if (recordFieldOf(field) == field)
+        if (const FieldInfo* info = findField(field))
+            out.page = info->pageOfRow(row);
+
+    if (clampSchedule(s, field, typed, out)) {
+        out.verdict = out.text == typed ? LeaveVerdict::Accept : LeaveVerdict::Replace;
+        return out;
+    }
+
+    const auto other = [&](std::string_view name) { return name == field ? std::string(typed) : textOf(s, name, row); };
+    if (auto failure = checkFieldText(field, typed, other)) {
+        out.verdict = LeaveVerdict::Refuse;
+        out.refusal = Notice{MessageIcon::Stop, std::move(failure->message)};
+        return out;
+    }
+
+    if (recordFieldOf(field) == "tabTC")
+        acceptPhoneNumber(s, field, row, out);
+    else if (field == "rtBattLow")
+        acceptBatteryText(s, typed, out);
+    out.verdict = out.text == typed ? LeaveVerdict::Accept : LeaveVerdict::Replace;
+    return out;
+}
+
+std::vector<FieldChange> phoneTableRule(const S& s, std::size_t row)
+{
+    std::vector<FieldChange> changes;
+    const auto outcome = applyPhoneTableRule(s.tabTC[row], s.tabTCPrijem[row], s.tabTCUdalost[row]);
+    if (outcome.clearPrijem)
+        changes.push_back({"tabTCPrijem", row, false, Notice{MessageIcon::Exclamation, std::string(kPrijemNeedsNumber)}});
+    if (outcome.clearUdalost)
+        changes.push_back(
+            {"tabTCUdalost", row, false, Notice{MessageIcon::Exclamation, std::string(kUdalostNeedsNumber)}});
+    return changes;
+}
+
+std::optional<FieldChange> batteryMirror(std::string_view field, std::size_t row, std::string_view text)
+{
+    if (field == "rtBattLow")
+        return FieldChange{"tabAINCL1Dn", kBatteryRow, std::string(text), std::nullopt};
+    if (field == "tabAINCL1Dn" && row == kBatteryRow)
+        return FieldChange{"rtBattLow", 0, std::string(text), std::nullopt};
+    return std::nullopt;
+}
+
+void applyChange(S& s, const FieldChange& change)
+{
+    const FieldInfo* info = findField(recordFieldOf(change.field));
+    if (info == nullptr || change.row >= kRows)
+        return;
+    std::visit(
+        [&](auto member) {
+            using Value = std::remove_cvref_t<decltype(s.*member)>;
+            if constexpr (std::is_same_v<Value, std::string>) {
+                if (const auto* text = std::get_if<std::string>(&change.value))
+                    s.*member = *text;
+            } else if constexpr (std::is_same_v<Value, bool>) {
+                if (const auto* on = std::get_if<bool>(&change.value))
+                    s.*member = *on;
+            } else if constexpr (std::is_same_v<Value, Row8<std::string>>) {
+                if (const auto* text = std::get_if<std::string>(&change.value))
+                    (s.*member)[change.row] = *text;
+            } else if constexpr (std::is_same_v<Value, Row8<bool>>) {
+                if (const auto* on = std::get_if<bool>(&change.value))
+                    (s.*member)[change.row] = *on;
+            }
+        },
+        info->member);
+}
+
+} // namespace rm8
