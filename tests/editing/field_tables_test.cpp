@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "editing/field_leave.h"
 #include "editing/field_rules.h"
 #include "editing/numeric_clamps.h"
 #include "editing/phone_rules.h"
@@ -68,29 +69,38 @@ std::string where(const std::string& table, const TableRow& row)
     return table + " line " + std::to_string(row.line) + ": " + row.cells[0] + " '" + row.cells[1] + "'";
 }
 
+// The record as the window holds it when the field is left: the other fields
+// of the row (row 1 of each table) as the table row gives them.
+StationSettings recordWith(const TableRow& row, std::size_t firstOther)
+{
+    StationSettings s;
+    for (std::size_t i = firstOther; i < row.cells.size(); ++i) {
+        const std::size_t equals = row.cells[i].find('=');
+        if (equals != std::string::npos)
+            applyChange(s, {row.cells[i].substr(0, equals), 0, row.cells[i].substr(equals + 1), std::nullopt});
+    }
+    return s;
+}
+
 TEST(FieldRules, JudgeEveryTypedTextAsTheTableSays)
 {
     for (const auto& row : readTable("field_rules.tsv")) {
         SCOPED_TRACE(where("field_rules.tsv", row));
         const auto& [field, text, expected, message] = std::tie(row.cells[0], row.cells[1], row.cells[2], row.cells[3]);
-        std::map<std::string, std::string, std::less<>> others;
-        for (std::size_t i = 4; i < row.cells.size(); ++i) {
-            const std::size_t equals = row.cells[i].find('=');
-            others[row.cells[i].substr(0, equals)] = row.cells[i].substr(equals + 1);
-        }
-        const OtherFieldText other = [&](std::string_view name) {
-            const auto found = others.find(name);
-            return found == others.end() ? std::string() : found->second;
-        };
+        StationSettings s = recordWith(row, 4);
         if (field.starts_with('~')) {
-            const bool same = field == "~equal" ? equalIgnoringCase(text, other("with"))
-                                                : isPrefixOfEachOther(text, other("with"));
+            const std::string with = row.cells[4].substr(row.cells[4].find('=') + 1);
+            const bool same = field == "~equal" ? equalIgnoringCase(text, with) : isPrefixOfEachOther(text, with);
             EXPECT_EQ(same ? "yes" : "no", expected);
             continue;
         }
-        const auto failure = checkFieldText(field, text, other);
-        EXPECT_EQ(failure ? std::string(ruleName(failure->rule)) : "ok", expected);
-        EXPECT_EQ(failure ? failure->message : "", message);
+        applyChange(s, {field, 0, text, std::nullopt});
+        const LeaveOutcome outcome = leaveField(s, field, 0, text);
+        EXPECT_EQ(outcome.verdict == LeaveVerdict::Refuse, expected != "ok");
+        EXPECT_EQ(outcome.refusal ? outcome.refusal->text : "", message);
+        if (outcome.refusal) {
+            EXPECT_EQ(outcome.refusal->icon, MessageIcon::Stop);
+        }
     }
 }
 
@@ -99,17 +109,20 @@ TEST(Clamps, ReplaceEveryTypedTextAsTheTableSays)
     for (const auto& row : readTable("clamps.tsv")) {
         SCOPED_TRACE(where("clamps.tsv", row));
         const auto& [field, typed, with, expected] = std::tie(row.cells[0], row.cells[1], row.cells[2], row.cells[3]);
-        std::string result;
-        if (field.ends_with("impulsLEN")) {
-            result = clampImpulseLength(typed);
-        } else if (field == "tabTC") {
-            result = normalisePhoneNumber(typed, !with.empty(), with.empty() ? "+420" : with);
-        } else {
-            const auto fields = field.ends_with('H') ? clampScheduleHours({typed, with})
-                                                     : clampScheduleMinutes({with, typed});
-            result = fields.hours + ":" + fields.minutes;
+        StationSettings s;
+        s.tabUTOEnable = !with.empty();
+        s.tabUTO = with.empty() ? "+420" : with;
+        const bool hours = field.ends_with('H');
+        if (field.starts_with("eePS"))
+            applyChange(s, {field.substr(0, field.size() - 1) + (hours ? "M" : "H"), 0, with, std::nullopt});
+        const LeaveOutcome outcome = leaveField(s, field, 0, typed);
+        std::string result = outcome.text;
+        if (field.starts_with("eePS")) {
+            const std::string partner = outcome.changes.empty() ? with : std::get<std::string>(outcome.changes[0].value);
+            result = hours ? result + ":" + partner : partner + ":" + result;
         }
         EXPECT_EQ(result, expected);
+        EXPECT_EQ(outcome.verdict, outcome.text == typed ? LeaveVerdict::Accept : LeaveVerdict::Replace);
     }
 }
 
