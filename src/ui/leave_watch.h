@@ -11,6 +11,7 @@
 // suspended (loading, a running transfer), leaving a field judges nothing:
 // the message box taking the focus must not start a second check.
 
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 
@@ -57,6 +58,7 @@ private:
     void refuse(QLineEdit* edit, const Notice& notice);
 
     QWidget* owner_;
+    QHash<QLineEdit*, Judge> judges_;
     Reveal reveal_;
     QPointer<QLineEdit> pending_;
     bool judging_ = false;

@@ -8,7 +8,9 @@
 #include <QLineEdit>
 #include <QPalette>
 #include <QPushButton>
+#include <QMouseEvent>
 #include <QRadioButton>
+#include <QTabWidget>
 
 #include <algorithm>
 #include <array>
@@ -19,6 +21,8 @@
 #include "fields/field_catalogue.h"
 #include "settings/used_size.h"
 #include "ui/field_names.h"
+#include "ui/leave_watch.h"
+#include "ui/notice_box.h"
 
 namespace rm8::ui {
 namespace {
@@ -99,8 +103,16 @@ MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent)
 {
     setObjectName(QStringLiteral("Hlavni"));
-    setWindowTitle(QStringLiteral("Inicializační program pro zařízení RM8"));
+    // [*]: the caption shows an asterisk while the settings differ from
+    // the last file or station they were loaded from or written to.
+    setWindowTitle(QStringLiteral("Inicializační program pro zařízení RM8[*]"));
+    leaveWatch_ = new LeaveWatch(this);
+    leaveWatch_->setReveal([this](QLineEdit*) {
+        if (refusedPage_)
+            field<QTabWidget>(QStringLiteral("TabList"))->setCurrentIndex(static_cast<int>(*refusedPage_));
+    });
     buildWindow();
+    connectRowCommands();
 
     fillTables();
     updateMemoryDisplay();
@@ -164,9 +176,14 @@ void MainWindow::readSettings(StationSettings& settings) const
     settings.ranges = kept_.ranges;
 }
 
-void MainWindow::fillSettings(const StationSettings& settings)
+void MainWindow::fillSettings(const StationSettings& given)
 {
+    // The image carries the battery text only as the battery row's event
+    // text; the report field shows that one, never a text left from before.
+    StationSettings settings = given;
+    settings.rtBattLow = settings.tabAINCL1Dn[7];
     loading_ = true;
+    leaveWatch_->setSuspended(true);
     kept_ = settings;
     for (const FieldInfo& info : fieldCatalogue()) {
         const QString name = QString::fromUtf8(info.name.data(), static_cast<qsizetype>(info.name.size()));
@@ -199,6 +216,7 @@ void MainWindow::fillSettings(const StationSettings& settings)
         std::visit(copyOut, info.member);
     }
     loading_ = false;
+    leaveWatch_->setSuspended(flowRunning_);
 
     // The option handlers react to the new values as if they had been
     // clicked; the text handlers were silent, so the display is redone once.
@@ -329,11 +347,142 @@ void MainWindow::applyNotAuthorized()
     applyReportOption("opNotAuthorized", { "rtNotAuthorized", "txtNotAuthorized" });
 }
 
-void MainWindow::onFieldTextChanged()
+void MainWindow::onFieldTextChanged(const char* name, int row, const QString& text)
 {
     if (loading_)
         return;
+    if (name != nullptr && !mirroring_) {
+        if (auto mirror = batteryMirror(name, row < 0 ? 0 : static_cast<std::size_t>(row), text.toStdString())) {
+            mirroring_ = true;
+            setFieldValue(*mirror);
+            mirroring_ = false;
+        }
+    }
     updateMemoryDisplay();
+    emit settingsEdited();
+}
+
+StationSettings MainWindow::currentSettings() const
+{
+    StationSettings settings = kept_;
+    readSettings(settings);
+    return settings;
+}
+
+void MainWindow::setEditingSuspended(bool suspended)
+{
+    flowRunning_ = suspended;
+    leaveWatch_->setSuspended(suspended || loading_);
+}
+
+bool MainWindow::settleEdits()
+{
+    return leaveWatch_->settle();
+}
+
+void MainWindow::watchField(QLineEdit* edit, const char* name, int row)
+{
+    leaveWatch_->watch(edit, [this, name, row](QLineEdit* left) { return judgeField(name, row, left); });
+}
+
+std::optional<Notice> MainWindow::judgeField(const char* name, int row, QLineEdit* edit)
+{
+    const LeaveOutcome outcome
+        = leaveField(currentSettings(), name, row < 0 ? 0 : static_cast<std::size_t>(row), edit->text().toStdString());
+    if (outcome.verdict == LeaveVerdict::Refuse) {
+        refusedPage_ = outcome.page;
+        return outcome.refusal;
+    }
+    if (outcome.verdict == LeaveVerdict::Replace)
+        edit->setText(QString::fromStdString(outcome.text));
+    applyFieldChanges(outcome.changes);
+    return std::nullopt;
+}
+
+void MainWindow::setFieldValue(const FieldChange& change)
+{
+    const FieldInfo* info = findField(change.field);
+    if (info == nullptr)
+        return;
+    QWidget* widget = field(QString::fromStdString(change.field), info->perRow() ? static_cast<int>(change.row) : -1);
+    if (widget == nullptr) {
+        applyChange(kept_, change);
+        return;
+    }
+    if (const auto* text = std::get_if<std::string>(&change.value))
+        setTextOf(widget, *text, info->maxLength);
+    else if (auto* button = qobject_cast<QAbstractButton*>(widget))
+        button->setChecked(std::get<bool>(change.value));
+}
+
+void MainWindow::applyFieldChanges(const std::vector<FieldChange>& changes)
+{
+    for (const FieldChange& change : changes) {
+        if (change.notice)
+            showNotice(this, *change.notice);
+        setFieldValue(change);
+    }
+}
+
+bool MainWindow::revealField(const QString& name, int row)
+{
+    const FieldInfo* info = findField(name.toStdString());
+    QWidget* widget = field(name, row);
+    if (info == nullptr || widget == nullptr)
+        return false;
+    field<QTabWidget>(QStringLiteral("TabList"))
+        ->setCurrentIndex(static_cast<int>(info->pageOfRow(row < 0 ? 0 : static_cast<std::size_t>(row))));
+    widget->setFocus(Qt::OtherFocusReason);
+    if (auto* edit = qobject_cast<QLineEdit*>(widget))
+        edit->selectAll();
+    return true;
+}
+
+void MainWindow::connectRowCommands()
+{
+    struct TableFields {
+        RowTable table;
+        const char* button;
+        std::initializer_list<const char*> fields;
+    };
+    const TableFields tables[] = {
+        {RowTable::Inputs, "tabINPbt", {"tabINPNazev", "tabINPZap", "tabINPVyp", "tabINPLH", "tabINPHL"}},
+        {RowTable::Outputs, "tabOUTbt", {"tabOUTNazev", "tabOUTZap", "tabOUTVyp", "tabOUTimpuls", "tabOUTimpulsLEN"}},
+        {RowTable::Analog, "tabAINbt",
+         {"tabAINNazev", "tabAINStateL", "tabAINStateM", "tabAINStateH", "tabAINCL1Level", "tabAINHCL1Level",
+          "tabAINCL2Level", "tabAINHCL2Level", "tabAINCL1Up", "tabAINCL1Dn", "tabAINCL2Up", "tabAINCL2Dn"}},
+        {RowTable::Phones, "tabTCZmenit", {"tabTC"}},
+    };
+    for (const auto& spec : tables) {
+        for (int row = 0; row < static_cast<int>(kRows); ++row) {
+            if (auto* button = field<QAbstractButton>(QString::fromLatin1(spec.button), row))
+                connect(button, &QAbstractButton::clicked, this,
+                        [this, table = spec.table, row] { emit rowDialogRequested(table, row); });
+            for (const char* name : spec.fields) {
+                if (QWidget* widget = field(QString::fromLatin1(name), row)) {
+                    rowOf_.insert(widget, {spec.table, row});
+                    widget->installEventFilter(this);
+                }
+            }
+        }
+    }
+    // A permission needs a number: a click on either box is judged at once.
+    for (int row = 0; row < static_cast<int>(kRows); ++row)
+        for (const char* name : {"tabTCPrijem", "tabTCUdalost"})
+            connect(field<QAbstractButton>(QString::fromLatin1(name), row), &QAbstractButton::clicked, this,
+                    [this, row] { applyFieldChanges(phoneTableRule(currentSettings(), static_cast<std::size_t>(row))); });
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonDblClick && !flowRunning_) {
+        const auto found = rowOf_.constFind(watched);
+        if (found != rowOf_.constEnd()) {
+            emit rowDialogRequested(found->first, found->second);
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 } // namespace rm8::ui

@@ -14,7 +14,10 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
+#include <vector>
 
+#include "editing/field_leave.h"
 #include "editing/row_labels.h"
 #include "link/session.h"
 #include "settings/station_settings.h"
@@ -23,6 +26,8 @@ class QCheckBox;
 class QLineEdit;
 
 namespace rm8::ui {
+
+class LeaveWatch;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -46,6 +51,22 @@ public:
 
     // True while fillSettings is writing into the fields.
     bool loading() const { return loading_; }
+
+    // The record as the fields hold it now.
+    StationSettings currentSettings() const;
+
+    // While a transfer runs, leaving a field judges nothing.
+    void setEditingSuspended(bool suspended);
+    // Judges the field just left (or the one with the focus) at once; false
+    // when it was refused. Commands call this before they act.
+    bool settleEdits();
+
+    // Puts consequences of an edit into the fields, each with its message.
+    void applyFieldChanges(const std::vector<FieldChange>& changes);
+
+    // Shows the field's page and puts the focus into the field, its text
+    // selected; false when there is no such field.
+    bool revealField(const QString& name, int row = -1);
 
     // "Neaktivni", "Aktivni" or "Aktivni-spatna verze"; any other word
     // (also one with diacritics) changes nothing.
@@ -77,6 +98,13 @@ signals:
 
     // After a known state word was applied.
     void connectionStateShown(const QString& stateWord);
+
+    // A double-click into a row's field, or the row's button: its dialog is
+    // wanted. row 0..7.
+    void rowDialogRequested(rm8::RowTable table, int row);
+
+    // The technician changed a field (never while settings are filled in).
+    void settingsEdited();
 
 private:
     void buildWindow();
@@ -115,11 +143,22 @@ private:
     void applySwitchReport();
     void applyPowerReport();
     void applyNotAuthorized();
-    void onFieldTextChanged();
+    void onFieldTextChanged(const char* name = nullptr, int row = -1, const QString& text = {});
+    void watchField(QLineEdit* edit, const char* name, int row);
+    std::optional<Notice> judgeField(const char* name, int row, QLineEdit* edit);
+    void setFieldValue(const FieldChange& change);
+    void connectRowCommands();
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     StationSettings kept_; // the dialog-only lists and the measuring ranges
     QHash<QString, QWidget*> named_;
+    LeaveWatch* leaveWatch_ = nullptr;
+    // Which table a double-click on a row's field opens.
+    QHash<QObject*, std::pair<RowTable, int>> rowOf_;
+    std::optional<Page> refusedPage_;
     bool loading_ = false;
+    bool flowRunning_ = false;
+    bool mirroring_ = false;
 };
 
 } // namespace rm8::ui

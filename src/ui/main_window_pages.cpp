@@ -117,13 +117,14 @@ QLineEdit* MainWindow::textField(const char* name, int row)
         if (limit > 8)
             edit->setMinimumWidth(digits(std::min(limit, 22)));
     }
-    connect(edit, &QLineEdit::textChanged, this, [this, edit, limit](const QString& text) {
+    connect(edit, &QLineEdit::textChanged, this, [this, edit, limit, name, row](const QString& text) {
         // An over-long loaded text raised the limit; it returns once the
         // text fits again.
         if (limit > 0 && edit->maxLength() > limit && text.size() <= limit)
             edit->setMaxLength(limit);
-        onFieldTextChanged();
+        onFieldTextChanged(name, row, text);
     });
+    watchField(edit, name, row);
     return edit;
 }
 
@@ -132,7 +133,12 @@ QCheckBox* MainWindow::checkField(const char* name, int row, const QString& capt
     const FieldInfo* info = findField(name);
     assert(info && (info->shape == FieldShape::CheckBox || info->shape == FieldShape::CheckRow));
     (void)info;
-    return named(new QCheckBox(caption), row < 0 ? u8(name) : rowName(u8(name), row));
+    auto* box = named(new QCheckBox(caption), row < 0 ? u8(name) : rowName(u8(name), row));
+    connect(box, &QCheckBox::toggled, this, [this] {
+        if (!loading_)
+            emit settingsEdited();
+    });
+    return box;
 }
 
 void MainWindow::buildWindow()
@@ -187,6 +193,7 @@ QWidget* MainWindow::buildGeneralPage()
         centre->lineEdit()->setMaxLength(info->maxLength);
     centre->setMinimumContentsLength(16);
     connect(centre, &QComboBox::editTextChanged, this, [this] { onFieldTextChanged(); });
+    watchField(centre->lineEdit(), "tabTCcentra", -1);
     deviceGrid->addWidget(plainLabel(u8("Telefonní číslo servisního centra:")), 2, 0);
     deviceGrid->addWidget(centre, 2, 1, Qt::AlignLeft);
     deviceGrid->setColumnStretch(1, 1);
