@@ -11,6 +11,7 @@
 #include <QFileDialog>
 #include <QTabWidget>
 
+#include "editing/field_leave.h"
 #include "editing/output_cross_check.h"
 #include "fields/field_catalogue.h"
 #include "flow/file_flows.h"
@@ -21,7 +22,11 @@
 #include "shell/about_dialog.h"
 #include "shell/application_info.h"
 #include "shell/port_settings_dialog.h"
+#include "ui/analog_dialog.h"
+#include "ui/input_dialog.h"
 #include "ui/main_window.h"
+#include "ui/output_dialog.h"
+#include "ui/phone_dialog.h"
 
 namespace rm8::shell {
 namespace {
@@ -31,6 +36,8 @@ constexpr std::string_view kDeactivateCaption = "Deaktivovat";
 constexpr std::string_view kStillProgramming =
     "Zařízení nebylo deaktivováno a je zřejmě stále v programovacím módu. Má se zařízení před ukončením "
     "programu deaktivovat?";
+constexpr std::string_view kUnsavedSettings =
+    "Nastavení bylo změněno a nebylo uloženo do souboru ani do EEPROM. Uložit je před ukončením programu do souboru?";
 constexpr std::string_view kPrintingNotAvailable = "Tisk nastavení zatím není v této verzi programu k dispozici.";
 
 template <class W>
@@ -118,8 +125,11 @@ std::optional<QString> chooseSettingsFile(QWidget* owner, FileDialogKind kind)
     dialog.setAcceptMode(opening ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(opening ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     // The save flow asks about replacing a file itself, with its own words.
-    if (!opening)
+    if (!opening) {
         dialog.setOption(QFileDialog::DontConfirmOverwrite);
+        // A name typed without an extension is a settings file all the same.
+        dialog.setDefaultSuffix(QStringLiteral("eep"));
+    }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     const QString path = dialog.selectedFiles().constFirst();
@@ -158,6 +168,10 @@ MainController::MainController(ui::MainWindow& window, Interaction& ui, Options 
     (void)required<QAbstractButton>(window_, "CheckWrite");
 
     connect(&window_, &ui::MainWindow::hideProgressRequested, this, [this] { ui_.hideProgress(); });
+    connect(&window_, &ui::MainWindow::rowDialogRequested, this,
+            [this](RowTable table, int row) { runCommand([this, table, row] { editRow(table, row); }); });
+    connect(&window_, &ui::MainWindow::settingsEdited, this, &MainController::showWhetherModified);
+    kept_ = window_.currentSettings();
     window_.installEventFilter(this);
 }
 
@@ -168,7 +182,12 @@ void MainController::runCommand(F&& command)
 {
     if (busy_)
         return;
+    // A field just left is judged before anything else happens: a refused
+    // text stops the command.
+    if (!window_.settleEdits())
+        return;
     busy_ = true;
+    window_.setEditingSuspended(true);
     try {
         command();
     } catch (const std::exception& error) {
@@ -177,6 +196,7 @@ void MainController::runCommand(F&& command)
         ui_.hideProgress();
         ui_.message(MessageIcon::Stop, "Nastala neočekávaná chyba.", error.what());
     }
+    window_.setEditingSuspended(false);
     busy_ = false;
     if (closePending_ && !ending_) {
         closePending_ = false;
@@ -247,8 +267,65 @@ void MainController::finishDecoding(FlowOutcome outcome)
     flowUi_->onDecoded(nullptr);
     // Filled once more from the record as the flow left it: the early fill
     // is for the order on the screen, this one is what counts.
-    if (outcome == FlowOutcome::Done)
+    if (outcome == FlowOutcome::Done) {
         window_.fillSettings(settings_);
+        markKept();
+    }
+}
+
+void MainController::markKept()
+{
+    kept_ = window_.currentSettings();
+    window_.setWindowModified(false);
+}
+
+void MainController::showWhetherModified()
+{
+    window_.setWindowModified(window_.currentSettings() != kept_);
+}
+
+bool MainController::offerToSaveFirst()
+{
+    if (!window_.isWindowModified())
+        return true;
+    switch (ui_.ask(MessageIcon::Question, kUnsavedSettings, Buttons::YesNoCancel)) {
+    case Answer::Yes: {
+        const auto path = chooseFile_(FileDialogKind::Save);
+        if (!path)
+            return false;
+        window_.readSettings(settings_);
+        if (saveSettingsFile(toPath(*path), image_, settings_, *flowUi_) != FlowOutcome::Done)
+            return false;
+        markKept();
+        return true;
+    }
+    case Answer::No:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void MainController::editRow(RowTable table, int row)
+{
+    if (row < 0 || row >= static_cast<int>(kRows))
+        return;
+    const auto index = static_cast<std::size_t>(row);
+    StationSettings settings = window_.currentSettings();
+    bool confirmed = false;
+    switch (table) {
+    case RowTable::Inputs: confirmed = ui::InputDialog(&window_).edit(settings, index); break;
+    case RowTable::Outputs: confirmed = ui::OutputDialog(&window_).edit(settings, index); break;
+    case RowTable::Analog: confirmed = ui::AnalogDialog(&window_).edit(settings, index); break;
+    case RowTable::Phones: confirmed = ui::PhoneDialog(&window_).edit(settings, index); break;
+    }
+    if (confirmed) {
+        window_.fillSettings(settings);
+        showWhetherModified();
+    }
+    // Whatever the dialog did, a permission may not outlive its number.
+    if (table == RowTable::Phones)
+        window_.applyFieldChanges(phoneTableRule(window_.currentSettings(), index));
 }
 
 void MainController::readFromStation()
@@ -281,6 +358,8 @@ void MainController::writeToStation()
         link::writeStation(*io_, image_, settings_, window_.eepromSize().value_or(0), checkWrite);
     if (outcome == FlowOutcome::Rejected && conflictCell)
         conflictCell->setFocus(Qt::OtherFocusReason);
+    if (outcome == FlowOutcome::Done)
+        markKept();
 }
 
 void MainController::loadFromFile()
@@ -299,7 +378,8 @@ void MainController::saveToFile()
     if (!path)
         return;
     window_.readSettings(settings_);
-    (void)saveSettingsFile(toPath(*path), image_, settings_, *flowUi_);
+    if (saveSettingsFile(toPath(*path), image_, settings_, *flowUi_) == FlowOutcome::Done)
+        markKept();
 }
 
 void MainController::print()
@@ -325,6 +405,8 @@ void MainController::editPortSettings()
 
 void MainController::exitCommand()
 {
+    if (!offerToSaveFirst())
+        return;
     if (deaCaption() == fromCore(kDeactivateCaption)) {
         switch (ui_.ask(MessageIcon::Question, kStillProgramming, Buttons::YesNoCancel)) {
         case Answer::Yes:
@@ -363,6 +445,11 @@ bool MainController::eventFilter(QObject* watched, QEvent* event)
         return true;
     }
     busy_ = true;
+    if (!offerToSaveFirst()) {
+        busy_ = false;
+        event->ignore();
+        return true;
+    }
     if (deaCaption() == fromCore(kDeactivateCaption)
         && ui_.ask(MessageIcon::Question, kStillProgramming, Buttons::YesNo) == Answer::Yes)
         (void)deactivate();

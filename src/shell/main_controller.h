@@ -15,6 +15,7 @@
 #include <QString>
 
 #include "flow/file_flows.h"
+#include "editing/row_labels.h"
 #include "flow/interaction.h"
 #include "link/line_io.h"
 #include "link/port_map.h"
@@ -68,6 +69,9 @@ public:
     void saveToFile();
     void print();
     void showAbout();
+    // The dialog of a table's row, as a double-click or the row's button
+    // asks for it.
+    void editRow(RowTable table, int row);
     void exitCommand();
     void editPortSettings();
 
@@ -98,6 +102,13 @@ private:
     template <class F>
     void runCommand(F&& command);
 
+    // The settings now count as kept: loaded, saved, read or written.
+    void markKept();
+    void showWhetherModified();
+    // Asked before the program ends with settings that were never kept;
+    // false when the technician chose to stay.
+    bool offerToSaveFirst();
+
     ui::MainWindow& window_;
     Interaction& ui_;
     std::unique_ptr<FlowInteraction> flowUi_;
@@ -111,6 +122,7 @@ private:
     std::unique_ptr<link::LineIo> io_;
     EepromImage image_;
     StationSettings settings_;
+    StationSettings kept_; // what the last load, save, read or write left
 
     bool busy_ = false;
     bool ending_ = false;
