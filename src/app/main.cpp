@@ -6,6 +6,7 @@
 
 #include <cstdio>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QMessageBox>
@@ -66,6 +67,12 @@ int main(int argc, char* argv[])
     if (parser.isSet(demoOption))
         window.setWindowTitle(window.windowTitle() + QStringLiteral(" (demo)"));
     rm8::shell::QtInteraction interaction(&window);
+    // The read-back box keeps the technician's last choice between runs.
+    if (auto* checkWrite = window.field<QAbstractButton>(QStringLiteral("CheckWrite"))) {
+        checkWrite->setChecked(remembered.value(QStringLiteral("checkWrite"), true).toBool());
+        QObject::connect(checkWrite, &QAbstractButton::toggled,
+                         [](bool on) { QSettings().setValue(QStringLiteral("checkWrite"), on); });
+    }
 
     rm8::shell::MainController::Options options;
     options.ports = ports;

@@ -4,6 +4,9 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
 
 #ifndef RM8_VERSION
 #error "RM8_VERSION comes from the project version in CMake"
@@ -30,8 +33,15 @@ void identifyApplication()
 {
     QCoreApplication::setOrganizationName(QString::fromUtf8(kOrganisationName));
     QCoreApplication::setApplicationName(QString::fromUtf8(kSettingsApplicationName));
-    QGuiApplication::setApplicationDisplayName(programName());
+    // No display name: the window manager would show it after every
+    // window's own caption, and the main window's caption is the name.
     QCoreApplication::setApplicationVersion(programVersion());
+    // The standard texts of Qt's own dialogs and buttons in Czech, as the
+    // rest of the program speaks; without the translations they stay English.
+    auto* translator = new QTranslator(QCoreApplication::instance());
+    if (translator->load(QLocale(QLocale::Czech), QStringLiteral("qtbase"), QStringLiteral("_"),
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(translator);
 }
 
 QString fromCore(std::string_view text)

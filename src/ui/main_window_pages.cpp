@@ -517,7 +517,11 @@ QWidget* MainWindow::buildTransferPanel()
     };
     grid->addWidget(command("btEEPROMLoad", "Z EEPROM", "Načíst  nastavení z EEPROM", QStyle::SP_ArrowDown), 0, 0);
     grid->addWidget(command("btEEPROMSave", "Do EEPROM", "Uložit nastavení do EEPROM", QStyle::SP_ArrowUp), 0, 1);
-    grid->addWidget(named(new QCheckBox(u8("Kontrolovat zápis do EEPROM")), QStringLiteral("CheckWrite")), 1, 0, 1, 2);
+    // Reading back what was written is the only proof that the station
+    // holds it: on unless the technician chooses otherwise.
+    auto* checkWrite = named(new QCheckBox(u8("Kontrolovat zápis do EEPROM")), QStringLiteral("CheckWrite"));
+    checkWrite->setChecked(true);
+    grid->addWidget(checkWrite, 1, 0, 1, 2);
     grid->addWidget(
         command("btFileLoad", "Ze souboru", "Načíst nastavení ze souboru", QStyle::SP_DialogOpenButton), 2, 0);
     grid->addWidget(
