@@ -39,7 +39,7 @@ rm8::StationSettings fromImageFile(const std::string& name)
 rm8::StationSettings fromJsonFile(const std::string& name)
 {
     std::ifstream in(kData / name);
-    const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const std::string text { std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>() };
     auto settings = rm8::parseSettingsJson(text);
     if (!settings) {
         std::cerr << "check_bench: " << name << ": " << settings.error() << '\n';

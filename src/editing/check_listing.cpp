@@ -31,12 +31,11 @@ std::vector<CheckEntry> listCheckReport(const CheckReport& report)
     std::vector<CheckEntry> entries;
     entries.reserve(report.violations.size() + report.adjustments.size());
     for (const auto& violation : report.violations)
-        entries.push_back({fieldPage(violation.field, violation.row), violation.field, violation.row,
-                           fieldLabel(violation.field, violation.row), violation.message, false});
+        entries.push_back({ fieldPage(violation.field, violation.row), violation.field, violation.row,
+            fieldLabel(violation.field, violation.row), violation.message, false });
     for (const auto& change : report.adjustments)
-        entries.push_back({fieldPage(change.field, change.row), change.field, change.row,
-                           fieldLabel(change.field, change.row), "\"" + change.from + "\" -> \"" + change.to + "\"",
-                           true});
+        entries.push_back({ fieldPage(change.field, change.row), change.field, change.row,
+            fieldLabel(change.field, change.row), "\"" + change.from + "\" -> \"" + change.to + "\"", true });
     return entries;
 }
 
@@ -48,7 +47,7 @@ std::string checkPanelTitle(std::size_t violations)
 std::string writeQuestion(std::size_t violations)
 {
     return "Nastavení obsahuje " + errors(violations, Case::Accusative)
-           + " (viz Kontrola nastavení). Přesto uložit do EEPROM?";
+        + " (viz Kontrola nastavení). Přesto uložit do EEPROM?";
 }
 
 } // namespace rm8

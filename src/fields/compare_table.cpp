@@ -33,7 +33,7 @@ std::string shownValue(const FieldInfo& info, const S& s, std::size_t row)
         std::string operator()(std::uint8_t S::*m) const { return std::to_string(s.*m); }
         std::string operator()(Row8<std::uint8_t> S::*m) const { return std::to_string((s.*m)[row]); }
     };
-    return std::visit(Visitor{s, row}, info.member);
+    return std::visit(Visitor { s, row }, info.member);
 }
 
 } // namespace
@@ -48,11 +48,10 @@ std::vector<CompareRow> compareTable(const StationSettings& window, const Statio
             continue;
         const std::size_t index = static_cast<std::size_t>(info - catalogue.data());
         const std::size_t row = difference.row > 0 ? static_cast<std::size_t>(difference.row - 1) : 0;
-        rows.push_back({index,
-                        {difference.row > 0 ? info->pageOfRow(row) : info->page, std::string(info->name),
-                         difference.row, tableRowLabel(info->name, difference.row),
-                         std::string(fieldCaption(info->name)), shownValue(*info, window, row),
-                         shownValue(*info, other, row)}});
+        rows.push_back({ index,
+            { difference.row > 0 ? info->pageOfRow(row) : info->page, std::string(info->name), difference.row,
+                tableRowLabel(info->name, difference.row), std::string(fieldCaption(info->name)),
+                shownValue(*info, window, row), shownValue(*info, other, row) } });
     }
     std::stable_sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) {
         return std::tuple(a.second.page, a.second.row, a.first) < std::tuple(b.second.page, b.second.row, b.first);

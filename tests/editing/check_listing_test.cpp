@@ -21,7 +21,7 @@ namespace {
 std::string fileText(const std::string& name)
 {
     const auto bytes = test::readBytes(test::dataDir() / "check" / name);
-    return {bytes.begin(), bytes.end()};
+    return { bytes.begin(), bytes.end() };
 }
 
 StationSettings decodedFile(const std::string& name)
@@ -40,8 +40,8 @@ TEST(CheckListing, SeededConfigurationListsViolationsInReportOrderThenAdjustment
     std::string listed;
     for (const auto& e : listCheckReport(checkConfiguration(*settings, 448)))
         listed += std::string(e.isAdjustment ? "úprava" : "chyba") + "\t"
-                  + (e.page ? std::string(pageCaption(*e.page)) : "-") + "\t" + e.label + "\t" + e.field
-                  + (e.row > 0 ? "[" + std::to_string(e.row) + "]" : "") + "\t" + e.message + "\n";
+            + (e.page ? std::string(pageCaption(*e.page)) : "-") + "\t" + e.label + "\t" + e.field
+            + (e.row > 0 ? "[" + std::to_string(e.row) + "]" : "") + "\t" + e.message + "\n";
     EXPECT_EQ(listed, fileText("seeded.listing.tsv"));
 }
 
@@ -62,8 +62,8 @@ TEST(CompareTable, TwoGoldenFilesDifferExactlyAsListed)
 {
     std::string table;
     for (const auto& r : compareTable(decodedFile("header_checksum_13.eep"), decodedFile("flags_conditional.eep")))
-        table += std::string(pageCaption(r.page)) + "\t" + r.rowLabel + "\t" + r.caption + "\t" + r.windowValue
-                 + "\t" + r.otherValue + "\n";
+        table += std::string(pageCaption(r.page)) + "\t" + r.rowLabel + "\t" + r.caption + "\t" + r.windowValue + "\t"
+            + r.otherValue + "\n";
     EXPECT_EQ(table, fileText("header_checksum_13.vs.flags_conditional.tsv"));
 }
 
