@@ -21,6 +21,19 @@ constexpr unsigned kLongestReadWaitMs = 30000;
 constexpr int kReadFailuresAllowed = 10;
 constexpr int kWriteAttempts = 10;
 constexpr int kVerifyAttempts = 9;
+// The time a station is given for a reply: the quiet that tells that no
+// reply to an earlier request is still on its way.
+constexpr std::chrono::milliseconds kQuiet{kReplyMarginMs};
+
+using Block = std::array<std::uint8_t, kBlockBytes>;
+
+Block blockOf(const EepromImage& image, std::size_t address)
+{
+    Block block{};
+    for (std::size_t k = 0; k < kBlockBytes; ++k)
+        block[k] = image.byte(address + k);
+    return block;
+}
 
 std::vector<std::uint8_t> addressed(std::uint8_t request, std::uint16_t address)
 {
@@ -39,6 +52,26 @@ std::vector<std::uint16_t> BlockTransfer::headerBlocks()
     for (std::uint16_t a = 0; a < layout::kHeapStart; a = static_cast<std::uint16_t>(a + kBlockBytes))
         if (a < layout::kStationBytesStart || a >= layout::kStationBytesEnd)
             blocks.push_back(a);
+    return blocks;
+}
+
+namespace {
+
+constexpr auto kMarkBlock = static_cast<std::uint16_t>(layout::kLayoutMarkAddress / kBlockBytes * kBlockBytes);
+
+} // namespace
+
+std::vector<std::uint16_t> BlockTransfer::zeroingOrder()
+{
+    auto blocks = headerBlocks();
+    std::stable_partition(blocks.begin(), blocks.end(), [](std::uint16_t a) { return a == kMarkBlock; });
+    return blocks;
+}
+
+std::vector<std::uint16_t> BlockTransfer::restoringOrder()
+{
+    auto blocks = headerBlocks();
+    std::stable_partition(blocks.begin(), blocks.end(), [](std::uint16_t a) { return a != kMarkBlock; });
     return blocks;
 }
 
@@ -63,21 +96,34 @@ bool BlockTransfer::writeBlock(std::uint16_t address)
 
 bool BlockTransfer::verifyBlock(std::uint16_t address)
 {
-    std::array<std::uint8_t, kBlockBytes> expected{};
-    for (std::size_t k = 0; k < kBlockBytes; ++k)
-        expected[k] = image_.byte(address + k);
+    const Block expected = blockOf(image_, address);
     retryWaitMs_ = 0;
     for (int attempt = 0; attempt < kVerifyAttempts; ++attempt) {
         retryWaitMs_ += kRetryStepMs;
-        if (!readBlock(address))
-            continue;
-        bool same = true;
-        for (std::size_t k = 0; k < kBlockBytes; ++k)
-            same = same && image_.byte(address + k) == expected[k];
-        if (same)
+        if (readBlock(address) && blockOf(image_, address) == expected) {
+            if (attempt > 0)
+                io_.settle(kQuiet);
             return true;
+        }
     }
     return false;
+}
+
+bool BlockTransfer::readWithRetries(std::uint16_t address, bool& retried)
+{
+    retryWaitMs_ = 0;
+    int failures = 0;
+    retried = false;
+    while (!readBlock(address)) {
+        retried = true;
+        if (retryWaitMs_ + kRetryStepMs >= kLongestReadWaitMs || failures > kReadFailuresAllowed)
+            return false;
+        ++failures;
+        retryWaitMs_ += kRetryStepMs;
+    }
+    if (retried)
+        io_.settle(kQuiet);
+    return true;
 }
 
 bool BlockTransfer::readAllBlocks(std::size_t eepromSize)
@@ -87,22 +133,60 @@ bool BlockTransfer::readAllBlocks(std::size_t eepromSize)
     ui.showProgress(messages::kReadingEeprom, true);
     const std::size_t blocks = (eepromSize + kBlockBytes - 1) / kBlockBytes;
     std::size_t address = 0;
+    std::size_t firstRetried = eepromSize;
+    bool cancelled = false;
     do {
         ui.progressBlocks(address / kBlockBytes, blocks);
-        retryWaitMs_ = 0;
-        int failures = 0;
-        while (!readBlock(static_cast<std::uint16_t>(address))) {
-            if (retryWaitMs_ + kRetryStepMs >= kLongestReadWaitMs || failures > kReadFailuresAllowed) {
-                ui.hideProgress();
-                return false;
-            }
-            ++failures;
-            retryWaitMs_ += kRetryStepMs;
+        bool retried = false;
+        if (!readWithRetries(static_cast<std::uint16_t>(address), retried)) {
+            ui.hideProgress();
+            return false;
         }
+        if (retried)
+            firstRetried = std::min(firstRetried, address);
         address += kBlockBytes;
-    } while (address < eepromSize && !ui.cancelRequested());
+        cancelled = ui.cancelRequested();
+    } while (address < eepromSize && !cancelled);
+    if (firstRetried < eepromSize && !cancelled) {
+        const bool confirmed = confirmFrom(firstRetried, eepromSize, blocks);
+        ui.hideProgress();
+        return confirmed;
+    }
     ui.progressBlocks(std::min(address / kBlockBytes, blocks), blocks);
     ui.hideProgress();
+    return true;
+}
+
+bool BlockTransfer::confirmFrom(std::size_t first, std::size_t eepromSize, std::size_t blocks)
+{
+    Interaction& ui = io_.ui();
+    const std::size_t again = (eepromSize - first + kBlockBytes - 1) / kBlockBytes;
+    const EepromImage firstRead = image_;
+    // Last block first: a reply out of step then carries the block above
+    // instead of the one below, and cannot agree with an out-of-step reply
+    // of the first read.
+    for (std::size_t i = 0; i < again; ++i) {
+        const std::size_t address = first + (again - 1 - i) * kBlockBytes;
+        ui.progressBlocks(blocks + i, blocks + again);
+        const auto block = static_cast<std::uint16_t>(address);
+        bool retried = false;
+        if (!readWithRetries(block, retried))
+            return false;
+        const Block second = blockOf(image_, address);
+        if (second != blockOf(firstRead, address)) {
+            // One of the two went out of step; a third read on a quiet line
+            // decides between them.
+            io_.settle(kQuiet);
+            if (!readWithRetries(block, retried))
+                return false;
+            const Block third = blockOf(image_, address);
+            if (third != second && third != blockOf(firstRead, address))
+                return false;
+        }
+        if (ui.cancelRequested())
+            return true;
+    }
+    ui.progressBlocks(blocks + again, blocks + again);
     return true;
 }
 
@@ -110,12 +194,16 @@ bool BlockTransfer::writeWithRetries(std::uint16_t address, bool checkWrite)
 {
     retryWaitMs_ = 0;
     bool written = false;
-    for (int attempt = 0; attempt < kWriteAttempts && !written; ++attempt) {
+    int attempts = 0;
+    while (attempts < kWriteAttempts && !written) {
+        ++attempts;
         retryWaitMs_ += kRetryStepMs;
         written = writeBlock(address);
     }
     if (!written)
         return false;
+    if (attempts > 1)
+        io_.settle(kQuiet);
     const bool cancelled = io_.ui().cancelRequested();
     if (checkWrite && !cancelled && !verifyBlock(address))
         return false;
@@ -132,10 +220,10 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
         return false;
     };
 
-    const auto headers = headerBlocks();
+    const auto zeroing = zeroingOrder();
     const std::size_t dataBlocks =
         usedSize <= kFirstDataBlock ? 1 : (usedSize - kFirstDataBlock + kBlockBytes - 1) / kBlockBytes + 1;
-    const std::size_t total = 2 * headers.size() + dataBlocks;
+    const std::size_t total = 2 * zeroing.size() + dataBlocks;
     std::size_t done = 0;
     const auto writeOne = [&](std::uint16_t address) {
         ui.progressBlocks(done++, total);
@@ -144,13 +232,11 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
 
     // Pass 1: the header goes first, so that a write cut short leaves the
     // station reading as not programmed rather than half programmed.
-    std::vector<std::array<std::uint8_t, kBlockBytes>> saved(headers.size());
-    for (std::size_t h = 0; h < headers.size(); ++h) {
-        for (std::size_t k = 0; k < kBlockBytes; ++k) {
-            saved[h][k] = image_.byte(headers[h] + k);
-            image_.putByte(headers[h] + k, 0);
-        }
-        if (!writeOne(headers[h]))
+    const EepromImage given = image_;
+    for (const auto address : zeroing) {
+        for (std::size_t k = 0; k < kBlockBytes; ++k)
+            image_.putByte(address + k, 0);
+        if (!writeOne(address))
             return fail();
     }
 
@@ -164,11 +250,11 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
         address += kBlockBytes;
     } while (previous < usedSize && !ui.cancelRequested());
 
-    // Pass 3: the header with its real bytes.
-    for (std::size_t h = 0; h < headers.size(); ++h) {
+    // Pass 3: the header with its real bytes, the mark last.
+    for (const auto restored : restoringOrder()) {
         for (std::size_t k = 0; k < kBlockBytes; ++k)
-            image_.putByte(headers[h] + k, saved[h][k]);
-        if (!writeOne(headers[h]))
+            image_.putByte(restored + k, given.byte(restored + k));
+        if (!writeOne(restored))
             return fail();
     }
     ui.progressBlocks(total, total);

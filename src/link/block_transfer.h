@@ -3,9 +3,28 @@
 // image, with growing waits between retries for a slow EEPROM, read-back
 // checks, and a three-pass write that never leaves a valid header over
 // half-written data.
+//
+// The order of the header blocks within a write. The header test looks at
+// the layout mark (block 40) and the check byte over bytes 0 to 47. Zeroing
+// the header in address order and restoring it in address order would make
+// the mark and the check byte valid again halfway through the last pass,
+// while the blocks at 128 to 264 still hold zeros. So the block that holds
+// the mark goes first when the header is zeroed and last when it is
+// restored: from the first block written to the last, a station whose write
+// stops reads as not programmed, and the mark comes back only with the block
+// that completes the write.
+//
+// Replies carry no address, so a reply that arrives late answers, to the
+// tool, the request after its own. Two defences keep a read from going out
+// of step: after any block that needed a retry the line is left to fall
+// quiet before the next request, and when any block of a read needed a
+// retry, the blocks from the first such one are read once more and taken
+// only where both reads agree (a third read settles a disagreement). A
+// clean line needs neither and pays nothing for them.
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "link/line_io.h"
 #include "settings/eeprom_image.h"
@@ -33,11 +52,19 @@ public:
     // blocks written last. False on a failed block or after Storno.
     bool writeAllBlocks(std::size_t usedSize, bool checkWrite);
 
-    // The header blocks in the order they are written; bytes 64 to 127 are
-    // never written.
+    // The header blocks in address order; bytes 64 to 127 are never written.
     static std::vector<std::uint16_t> headerBlocks();
+    // The order in which the header is zeroed (the mark's block first) and
+    // restored (the mark's block last).
+    static std::vector<std::uint16_t> zeroingOrder();
+    static std::vector<std::uint16_t> restoringOrder();
 
 private:
+    // Tries one block up to its limit of attempts; on any failed attempt
+    // lets the line fall quiet before the next request. Retried tells
+    // whether it took more than one attempt.
+    bool readWithRetries(std::uint16_t address, bool& retried);
+    bool confirmFrom(std::size_t first, std::size_t eepromSize, std::size_t blocks);
     bool writeWithRetries(std::uint16_t address, bool checkWrite);
 
     LineIo& io_;

@@ -44,6 +44,20 @@ std::optional<std::vector<std::uint8_t>> LineIo::receive(std::chrono::millisecon
     return assembler.reply();
 }
 
+void LineIo::settle(std::chrono::milliseconds quiet)
+{
+    const auto giveUp = clock_.now() + 10 * quiet;
+    auto until = clock_.now() + quiet;
+    for (auto now = clock_.now(); now < until; now = clock_.now()) {
+        const auto bytes = line_.read(std::min(until, now + kTurn));
+        if (!bytes)
+            return;
+        if (!bytes->empty())
+            until = std::min(giveUp, clock_.now() + quiet);
+        (void)ui_.cancelRequested();
+    }
+}
+
 std::optional<std::vector<std::uint8_t>> LineIo::exchange(std::span<const std::uint8_t> request,
                                                           std::uint8_t replyCode, std::chrono::milliseconds timeout)
 {

@@ -37,6 +37,13 @@ public:
                                                       std::chrono::milliseconds timeout);
 
     void flushInput() { line_.flushInput(); }
+
+    // Discards whatever arrives until nothing has come for the quiet time
+    // (or a dead line says nothing will). Replies carry no request of their
+    // own: after an exchange that went wrong, a reply to an earlier request
+    // may still be on its way and would be taken for the next one's. Gives
+    // up after ten quiet times of a line that keeps talking.
+    void settle(std::chrono::milliseconds quiet);
     SerialLine& line() { return line_; }
     Interaction& ui() { return ui_; }
     LineClock& clock() { return clock_; }

@@ -113,16 +113,23 @@ Activation activateLink(LineIo& io, std::string_view portName)
     return result;
 }
 
-bool deactivateLink(LineIo& io)
+Leave leaveProgrammingMode(LineIo& io)
 {
     io.flushInput();
+    Leave result = Leave::Left;
     if (!io.exchange(protocol::kLeaveRequest, protocol::replyCode(protocol::kLeave), 100ms)) {
         const Answer answer = io.ui().ask(MessageIcon::Stop, messages::kLeaveFailedQuestion, Buttons::YesNo);
         if (answer != Answer::Yes)
-            return false;
+            return Leave::Kept;
+        result = Leave::GivenUp;
     }
     io.line().close();
-    return true;
+    return result;
+}
+
+bool deactivateLink(LineIo& io)
+{
+    return leaveProgrammingMode(io) != Leave::Kept;
 }
 
 } // namespace rm8::link

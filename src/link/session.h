@@ -38,6 +38,13 @@ struct Activation {
 // message when it cannot be opened.
 Activation activateLink(LineIo& io, std::string_view portName);
 
+// How a deactivation ended: the station left programming mode; it did not
+// answer and the technician treated the link as inactive anyway (the port is
+// closed, the station probably still in programming mode); or it did not
+// answer and the session stays active.
+enum class Leave { Left, GivenUp, Kept };
+Leave leaveProgrammingMode(LineIo& io);
+
 // True when the link is now inactive: the station left programming mode, or
 // the technician chose to treat it as inactive anyway.
 bool deactivateLink(LineIo& io);

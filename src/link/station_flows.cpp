@@ -11,7 +11,7 @@
 
 namespace rm8::link {
 
-FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& settings, std::size_t eepromSize)
+FlowOutcome readStationImage(LineIo& io, EepromImage& image, std::size_t eepromSize)
 {
     Interaction& ui = io.ui();
     BlockTransfer transfer(io, image);
@@ -25,6 +25,14 @@ FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& setting
         ui.message(MessageIcon::Information, messages::kStationReadCancelled);
         return FlowOutcome::Declined;
     }
+    return FlowOutcome::Done;
+}
+
+FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& settings, std::size_t eepromSize)
+{
+    Interaction& ui = io.ui();
+    if (const FlowOutcome read = readStationImage(io, image, eepromSize); read != FlowOutcome::Done)
+        return read;
     if (!imageHeaderValid(image)) {
         ui.hideProgress();
         ui.message(MessageIcon::Exclamation, messages::kStationNotProgrammed);
@@ -58,8 +66,12 @@ FlowOutcome writeStation(LineIo& io, EepromImage& image, const StationSettings& 
         ui.message(MessageIcon::Stop, tooBig->message);
         return FlowOutcome::Rejected;
     }
+    // The transfer zeroes the header in the image while it writes, and a
+    // read-back leaves there what the station held.
+    const EepromImage given = image;
     auto encoded = encodeImage(settings, image);
     if (!encoded || !imageHeaderValid(image)) {
+        image = given;
         ui.hideProgress();
         ui.message(MessageIcon::Stop, messages::kEepromConversionFailed,
                    encoded ? std::string() : encoded.error().describe());
@@ -68,11 +80,13 @@ FlowOutcome writeStation(LineIo& io, EepromImage& image, const StationSettings& 
     BlockTransfer transfer(io, image);
     if (!transfer.writeAllBlocks(usedSize(settings), checkWrite)) {
         ui.hideProgress();
+        image = given;
         ui.message(MessageIcon::Stop, messages::kStationWriteFailed);
         return FlowOutcome::Failed;
     }
     if (ui.cancelRequested()) {
         ui.hideProgress();
+        image = given;
         ui.message(MessageIcon::Information, messages::kStationWriteCancelled);
         return FlowOutcome::Declined;
     }

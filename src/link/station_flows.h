@@ -12,11 +12,18 @@
 
 namespace rm8::link {
 
+// The station's whole settings area into the image as it is: no header test
+// and no decoding. A failed or cancelled read shows the read flow's message;
+// a read that worked shows none.
+FlowOutcome readStationImage(LineIo& io, EepromImage& image, std::size_t eepromSize);
+
 // eepromSize: the settings area the station reported (e.g. 8128).
 FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& settings, std::size_t eepromSize);
 
 // Cross-checks the outputs, checks the size, encodes and writes in three
-// passes; checkWrite reads every block back.
+// passes; checkWrite reads every block back. Whatever stops the write, the
+// image is given back as it came, so that saving it afterwards writes the
+// same file as before.
 FlowOutcome writeStation(LineIo& io, EepromImage& image, const StationSettings& settings, std::size_t eepromSize,
                          bool checkWrite);
 

@@ -168,8 +168,12 @@ std::optional<std::vector<std::uint8_t>> StationSimulator::answer(const Bytes& r
         if (request.size() < code::kBlockRequestLength)
             return std::nullopt;
         const std::size_t address = addressOf(request);
-        for (std::size_t k = 0; k < kBlockBytes; ++k)
-            link::appendHexByte(reply, address + k < eeprom_.size() ? eeprom_[address + k] : 0xFF);
+        for (std::size_t k = 0; k < kBlockBytes; ++k) {
+            std::uint8_t value = address + k < eeprom_.size() ? eeprom_[address + k] : 0xFF;
+            if (k == 0 && fault == RequestFault::ReadOther)
+                value = static_cast<std::uint8_t>(value ^ (frames_ % 255 + 1));
+            link::appendHexByte(reply, value);
+        }
         return reply;
     }
     case code::kWriteBlock: {
@@ -187,6 +191,8 @@ std::optional<std::vector<std::uint8_t>> StationSimulator::answer(const Bytes& r
         return reply;
     }
     case code::kLeave:
+        if (behaviour_.faults.silentLeave)
+            return std::nullopt;
         programming_ = false;
         return reply;
     default:

@@ -46,13 +46,16 @@ struct StationFaults {
     std::chrono::milliseconds lateBy{1500};
     bool corruptWrites = false;  // stores the first byte of a written block inverted, answers as if all were well
     unsigned hangUpAfterBlocks = 0; // after N read or write requests the line goes dead; 0: never
+    bool silentLeave = false;       // the leave request gets no answer and the station stays in programming mode
 };
 
 // A fault chosen for one request, whatever the schedule above says: the reply
 // dropped (the request is still carried out), sent with a wrong checksum or
-// held back, the block stored with its first byte inverted, or the line going
-// dead as the request arrives (it is neither answered nor carried out).
-enum class RequestFault { None, Drop, Garble, Late, StoreOther, HangUp };
+// held back, the block stored with its first byte inverted, a block read
+// back with its first byte changed under a valid checksum (differently for
+// every request, as noise the checksum misses), or the line going dead as the
+// request arrives (it is neither answered nor carried out).
+enum class RequestFault { None, Drop, Garble, Late, StoreOther, ReadOther, HangUp };
 
 struct StationBehaviour {
     LineEmulation line;

@@ -65,11 +65,16 @@ public:
             return unexpected(std::string("port není otevřen"));
         note(">" + hexText(bytes));
         const bool dead = station.hungUp();
+        // One line: a held-back reply holds back those after it, and on an
+        // emulated line each still takes its own time on the wire.
         for (auto& reply : dead ? std::vector<sim::Reply>{} : station.respond(bytes))
-            if (reply.sent()) // one line: a held-back reply holds back those after it
+            if (reply.sent()) {
+                const auto wire = std::chrono::duration_cast<Clock::duration>(
+                    station.behaviour().line.wireTime(reply.bytes.size()));
                 due_.push_back({std::max(now_ + std::chrono::duration_cast<Clock::duration>(reply.delay),
-                                    due_.empty() ? now_ : due_.back().first),
+                                    due_.empty() ? now_ : due_.back().first + wire),
                     std::move(reply.bytes)});
+            }
         if (!dead && station.hungUp())
             note("hang-up");
         return dead ? unexpected(std::string("odpojeno")) : Expected<void, std::string>{};
@@ -126,14 +131,13 @@ private:
 // YesNo: question". Storno is pressed as the station receives request number
 // stornoAt; faults[n] is what happens to request n.
 struct SimRig : Interaction {
-    explicit SimRig(sim::StationProfile profile = {}, Bytes eeprom = {})
-        : line(sim::StationSimulator(profile, std::move(eeprom), hooked()))
+    explicit SimRig(sim::StationProfile profile = {}, Bytes eeprom = {}, sim::StationBehaviour behaviour = {})
+        : line(sim::StationSimulator(profile, std::move(eeprom), hooked(std::move(behaviour))))
     {
         (void)line.open();
     }
-    sim::StationBehaviour hooked()
+    sim::StationBehaviour hooked(sim::StationBehaviour behaviour)
     {
-        sim::StationBehaviour behaviour;
         behaviour.faultFor = [this](std::size_t n, std::span<const std::uint8_t>) {
             cancel = cancel || n == stornoAt;
             return faults.contains(n) ? faults[n] : sim::RequestFault::None;

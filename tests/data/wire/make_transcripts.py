@@ -31,6 +31,11 @@ import pathlib
 
 HERE = pathlib.Path(__file__).parent
 HEADER_BLOCKS = list(range(0, 64, 8)) + list(range(128, 272, 8))
+# The block that holds the layout mark is zeroed first and restored last, so
+# that a write stopped at any block leaves no valid header.
+ZEROING = [40] + [a for a in HEADER_BLOCKS if a != 40]
+RESTORING = [a for a in HEADER_BLOCKS if a != 40] + [40]
+QUIET = 100  # after an exchange that needed a retry, the line is left this long to fall quiet
 
 
 def checksum(data):
@@ -118,6 +123,21 @@ class Transcript:
         self.line('< ' + ' '.join('%02X' % b for b in reply))
         return None if fault == 'garble' else reply[:-2]
 
+    def settle(self):
+        """Waits for the line to fall quiet; a dead line is quiet at once."""
+        if not self.dead:
+            self.waited += QUIET
+
+    def read_block(self, a):
+        """A block read with its retries; the block, or None."""
+        for attempt in range(12):
+            reply = self.exchange(block_request(4, a), 100 * (attempt + 1))
+            if reply:
+                if attempt:
+                    self.settle()
+                return unpairs(reply[1:17]), attempt > 0
+        return None, True
+
     def result(self, text):
         self.line('= ' + text)
 
@@ -146,16 +166,28 @@ class Transcript:
 
     def read(self, size):
         self.head.append('run read %d' % size)
-        image, ok = [0] * size, True
+        image, ok, first_retried = [0] * size, True, None
         for a in range(0, size, 8):
-            for attempt in range(12):
-                reply = self.exchange(block_request(4, a), 100 * (attempt + 1))
-                if reply:
-                    image[a:a + 8] = unpairs(reply[1:17])
-                    break
-            else:
+            block, retried = self.read_block(a)
+            if block is None:
                 ok = False
                 break
+            image[a:a + 8] = block
+            if retried and first_retried is None:
+                first_retried = a
+        if ok and first_retried is not None:
+            # Read again from the first retried block, last block first; a
+            # block is taken where two reads agree, a third settling it.
+            for a in reversed(range(first_retried, size, 8)):
+                second, _ = self.read_block(a)
+                if second is not None and second != image[a:a + 8]:
+                    self.settle()
+                    third, _ = self.read_block(a)
+                    second = third if third in (second, image[a:a + 8]) else None
+                if second is None:
+                    ok = False
+                    break
+                image[a:a + 8] = second
         self.result('true' if ok else 'false')
         self.result('image ' + ' '.join('%02X' % b for b in image))
 
@@ -166,6 +198,8 @@ class Transcript:
         def write_block(a):
             for attempt in range(10):
                 if self.exchange(block_request(5, a, image[a:a + 8]), 200 + 100 * attempt):
+                    if attempt:
+                        self.settle()
                     break
             else:
                 return False
@@ -177,12 +211,14 @@ class Transcript:
                 if reply:
                     image[a:a + 8] = unpairs(reply[1:17])
                     if image[a:a + 8] == expected:
+                        if attempt:
+                            self.settle()
                         return True
             return False
 
         def passes():
             saved = {a: image[a:a + 8] for a in HEADER_BLOCKS}
-            for a in HEADER_BLOCKS:
+            for a in ZEROING:
                 image[a:a + 8] = [0] * 8
                 if not write_block(a):
                     return False
@@ -193,7 +229,7 @@ class Transcript:
                 a += 8
                 if a - 8 >= used:
                     break
-            for a in HEADER_BLOCKS:
+            for a in RESTORING:
                 image[a:a + 8] = saved[a]
                 if not write_block(a):
                     return False
@@ -227,7 +263,9 @@ def read():
     t = Transcript('read', """
 Reading a 64-byte EEPROM: eight blocks in order into the image. A block whose
 reply is lost or garbled is asked again, each time waiting 100 ms longer, up
-to 12 times (100 to 1,200 ms); the 12th may still succeed.""",
+to 12 times (100 to 1,200 ms); the 12th may still succeed. After a block that
+needed a retry the line is left 100 ms to fall quiet, and the blocks from the
+first such block on are read again, last first, and must agree.""",
                    0, {6: 'drop', 10: 'garble', **{n: 'drop' for n in range(15, 26)},
                        **{n: 'drop' for n in range(33, 45)}})
     t.activate()
@@ -238,10 +276,12 @@ to 12 times (100 to 1,200 ms); the 12th may still succeed.""",
 
 def write():
     t = Transcript('write', """
-Writing without read-back: the 26 header blocks zeroed (bytes 64 to 127 are
-never written), the data blocks from 272 up to the one at or past the used
-size, the header blocks with their bytes. A block is tried up to 10 times,
-waiting 200 to 1,100 ms; the 10th may still succeed.""",
+Writing without read-back: the 26 header blocks zeroed, the one with the
+layout mark (40) first (bytes 64 to 127 are never written), the data blocks
+from 272 up to the one at or past the used size, the header blocks with their
+bytes, the one with the mark last. A block is tried up to 10 times, waiting
+200 to 1,100 ms; the 10th may still succeed, and the line is then left 100 ms
+to fall quiet.""",
                    2, {5: 'drop', 6: 'drop', **{n: 'drop' for n in range(63, 72)},
                        **{n: 'drop' for n in range(125, 135)}})
     t.activate()
