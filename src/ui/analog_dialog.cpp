@@ -113,20 +113,25 @@ AnalogDialog::AnalogDialog(QWidget* parent)
         const char* bandTip;
         const char* note;
     } levelRows[] = {
-        { "AINCL1Level", "Hodnota úrovně CL1", "AINHCL1Level", "Hodnota  hystereze CL1", "(hranice stavů LOW a MEDIUM)" },
-        { "AINCL2Level", "Hodnota úrovně CL2", "AINHCL2Level", "Hodnota  hystereze CL2", "(hranice stavů MEDIUM a HIGH)" },
+        { "AINCL1Level", "Hodnota úrovně CL1", "AINHCL1Level", "Hodnota  hystereze CL1",
+            "(hranice stavů LOW a MEDIUM)" },
+        { "AINCL2Level", "Hodnota úrovně CL2", "AINHCL2Level", "Hodnota  hystereze CL2",
+            "(hranice stavů MEDIUM a HIGH)" },
     };
     int line = 0;
     for (const auto& row : levelRows) {
+        QLineEdit* level = textField(row.level, row.levelTip);
+        QLineEdit* band = textField(row.band, row.bandTip);
+        // The drawing follows every keystroke, before the field is judged.
+        connect(level, &QLineEdit::textChanged, this, &AnalogDialog::redraw);
+        connect(band, &QLineEdit::textChanged, this, &AnalogDialog::redraw);
         levelGrid->addWidget(label("úroveň"), line, 0);
-        levelGrid->addWidget(textField(row.level, row.levelTip), line, 1);
+        levelGrid->addWidget(level, line, 1);
         levelGrid->addWidget(label("hyster."), line, 2);
-        levelGrid->addWidget(textField(row.band, row.bandTip), line, 3);
+        levelGrid->addWidget(band, line, 3);
         levelGrid->addWidget(label(row.note), line, 4);
         ++line;
     }
-    for (const auto& [field, member] : kLevelTexts)
-        connect(findChild<QLineEdit*>(QLatin1String(field)), &QLineEdit::textChanged, this, &AnalogDialog::redraw);
     levelGrid->addWidget(graph_, line, 0, 1, 5);
 
     auto* events = new QGridLayout;

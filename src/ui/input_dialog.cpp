@@ -82,8 +82,8 @@ bool InputDialog::edit(StationSettings& settings, std::size_t row)
 void InputDialog::checkEnabled()
 {
     const bool powerSaving = record().opEnablePS1;
-    for (const auto& [event, alarm] : { std::pair { "INPLHEvent", "eeMaskDInLHAlarm" },
-                                        std::pair { "INPHLEvent", "eeMaskDInHLAlarm" } }) {
+    for (const auto& [event, alarm] :
+        { std::pair { "INPLHEvent", "eeMaskDInLHAlarm" }, std::pair { "INPHLEvent", "eeMaskDInHLAlarm" } }) {
         const auto* box = findChild<QCheckBox*>(QLatin1String(event));
         findChild<QCheckBox*>(QLatin1String(alarm))->setEnabled(powerSaving && box->isChecked());
     }

@@ -78,7 +78,8 @@ void LevelGraph::paintEvent(QPaintEvent* /*event*/)
     const QFontMetrics metrics(font());
     const double lower = range_.lower;
     const double upper = range_.upper;
-    const auto x = [&](double value) { return position(std::clamp(value, std::min(lower, upper), std::max(lower, upper))); };
+    const auto x
+        = [&](double value) { return position(std::clamp(value, std::min(lower, upper), std::max(lower, upper))); };
     const QColor text = palette().text().color();
 
     // The three states between the ends of the range and the levels.
@@ -148,8 +149,8 @@ void LevelGraph::paintEvent(QPaintEvent* /*event*/)
         painter.drawLine(QPointF(at, axis), QPointF(at, axis + 4));
         const QString label = format(value);
         const double labelWidth = metrics.horizontalAdvance(label);
-        painter.drawText(QPointF(std::clamp(at - labelWidth / 2, 0.0, width() - labelWidth), axis + 6 + metrics.ascent()),
-                         label);
+        painter.drawText(
+            QPointF(std::clamp(at - labelWidth / 2, 0.0, width() - labelWidth), axis + 6 + metrics.ascent()), label);
     }
     painter.drawText(QPointF(x(upper) + 4, axis + metrics.ascent() / 2.0), QString::fromStdString(range_.unit));
 }

@@ -28,8 +28,9 @@ PhoneDialog::PhoneDialog(QWidget* parent)
     grid->addWidget(new QLabel(QStringLiteral("Telefonní číslo:")), 0, 0);
     grid->addWidget(textField("TC", "Telefonní číslo"), 0, 1);
     grid->addWidget(checkBox("TCPrijem", "Přijímat příkazy", "Přijímat příkazy z tohoto tel. čísla"), 1, 0, 1, 2);
-    grid->addWidget(checkBox("TCUdalost", "Odesílat zprávy o událostech", "Odesílat zprávy o událostech na toto tel. číslo"),
-                    2, 0, 1, 2);
+    grid->addWidget(
+        checkBox("TCUdalost", "Odesílat zprávy o událostech", "Odesílat zprávy o událostech na toto tel. číslo"), 2, 0,
+        1, 2);
     grid->setColumnStretch(1, 1);
 
     auto* layout = new QVBoxLayout(this);
@@ -39,8 +40,7 @@ PhoneDialog::PhoneDialog(QWidget* parent)
 
 bool PhoneDialog::edit(StationSettings& settings, std::size_t row)
 {
-    begin(settings, row,
-          QStringLiteral("Telefonní číslo ") + QString::fromStdString(rowLabel(RowTable::Phones, row)));
+    begin(settings, row, QStringLiteral("Telefonní číslo ") + QString::fromStdString(rowLabel(RowTable::Phones, row)));
     showRow<PhoneRow>(phoneRow(settings, row), kTexts, kChecks);
     if (!runModal())
         return false;
