@@ -3,24 +3,76 @@
 //                                run (repeatable); the port dialog remembers
 //                                assignments between runs
 //   --demo                       a simulated station (rm8sim) behind "COM 1"
+//   --print-pdf OUT.pdf [FILE]   the settings report of FILE (*.eep or settings
+//                                JSON), or of the start-up settings, into a PDF;
+//                                no window is shown and no display is needed
 
 #include <cstdio>
+#include <cstring>
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFile>
 #include <QMessageBox>
 #include <QSettings>
 
+#include "ctl/configuration_input.h"
+#include "report/report_content.h"
 #include "shell/application_info.h"
 #include "shell/demo_station.h"
 #include "shell/main_controller.h"
 #include "shell/port_settings.h"
 #include "shell/qt_interaction.h"
+#include "shell/report_printer.h"
 #include "ui/main_window.h"
+
+namespace {
+
+bool printsPdf(int argc, char* argv[])
+{
+    for (int i = 1; i < argc; ++i)
+        if (std::strcmp(argv[i], "--print-pdf") == 0 || std::strncmp(argv[i], "--print-pdf=", 12) == 0)
+            return true;
+    return false;
+}
+
+// What btTisk would print for one copy, the settings having passed through
+// the window's fields as they would on screen.
+int printPdf(const QString& target, const QStringList& files)
+{
+    if (files.size() > 1) {
+        std::fprintf(stderr, "rm8config: --print-pdf: nejvýše jeden soubor nastavení, zadáno %lld\n",
+                     static_cast<long long>(files.size()));
+        return 2;
+    }
+    rm8::StationSettings settings;
+    if (!files.isEmpty()) {
+        auto loaded = rm8::ctl::loadConfiguration(QFile::encodeName(files.front()).toStdString());
+        if (!loaded) {
+            std::fprintf(stderr, "rm8config: %s\n", loaded.error().c_str());
+            return 2;
+        }
+        settings = loaded->settings;
+    }
+    rm8::ui::MainWindow window;
+    window.fillSettings(settings);
+    window.readSettings(settings);
+    if (auto written = rm8::shell::writeReportPdf(target, rm8::report::buildReport(settings)); !written) {
+        std::fprintf(stderr, "rm8config: Soubor '%s' nelze zapsat: %s\n", qPrintable(target),
+                     qPrintable(written.error()));
+        return 2;
+    }
+    return 0;
+}
+
+} // namespace
 
 int main(int argc, char* argv[])
 {
+    // The report needs fonts but no screen.
+    if (printsPdf(argc, argv) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     rm8::shell::identifyApplication();
 
@@ -35,7 +87,17 @@ int main(int argc, char* argv[])
                                         QStringLiteral("Simulovaná stanice (rm8sim) na portu COM 1."));
     parser.addOption(portOption);
     parser.addOption(demoOption);
+    const QCommandLineOption pdfOption(
+        QStringLiteral("print-pdf"),
+        QStringLiteral("Tiskovou sestavu nastavení (ze SOUBORU, jinak výchozích) uloží do PDF a skončí."),
+        QStringLiteral("VÝSTUP.pdf"));
+    parser.addOption(pdfOption);
+    parser.addPositionalArgument(QStringLiteral("SOUBOR"),
+                                 QStringLiteral("Soubor nastavení (*.eep) nebo nastavení JSON pro --print-pdf."),
+                                 QStringLiteral("[SOUBOR]"));
     parser.process(app);
+    if (parser.isSet(pdfOption))
+        return printPdf(parser.value(pdfOption), parser.positionalArguments());
 
     rm8::link::PortMap ports = rm8::link::PortMap::platformDefault();
     QSettings remembered;

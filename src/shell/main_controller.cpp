@@ -18,10 +18,12 @@
 #include "flow/messages.h"
 #include "link/session.h"
 #include "link/station_flows.h"
+#include "report/report_content.h"
 #include "serial/qt_serial_line.h"
 #include "shell/about_dialog.h"
 #include "shell/application_info.h"
 #include "shell/port_settings_dialog.h"
+#include "shell/report_printer.h"
 #include "ui/analog_dialog.h"
 #include "ui/input_dialog.h"
 #include "ui/main_window.h"
@@ -38,7 +40,6 @@ constexpr std::string_view kStillProgramming =
     "programu deaktivovat?";
 constexpr std::string_view kUnsavedSettings =
     "Nastavení bylo změněno a nebylo uloženo do souboru ani do EEPROM. Uložit je před ukončením programu do souboru?";
-constexpr std::string_view kPrintingNotAvailable = "Tisk nastavení zatím není v této verzi programu k dispozici.";
 
 template <class W>
 W* required(const QObject& root, const char* name)
@@ -384,7 +385,8 @@ void MainController::saveToFile()
 
 void MainController::print()
 {
-    ui_.message(MessageIcon::Information, kPrintingNotAvailable);
+    window_.readSettings(settings_);
+    printSettingsReport(&window_, report::buildReport(settings_), ui_);
 }
 
 void MainController::showAbout()
