@@ -22,7 +22,8 @@ set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_GENERATOR "DEB")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION "electronics")
-# The Qt libraries the programs link, and the platform plugins a window needs.
+# The Qt libraries the programs link, the platform plugins a window needs,
+# and a sans with the metrics of the report's printer font and Czech letters.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "libqt6core6 (>= 6.2), libqt6gui6 (>= 6.2), libqt6widgets6 (>= 6.2), libqt6serialport6 (>= 6.2), libqt6printsupport6 (>= 6.2), qt6-qpa-plugins, libstdc++6 (>= 12)")
+    "libqt6core6 (>= 6.2), libqt6gui6 (>= 6.2), libqt6widgets6 (>= 6.2), libqt6serialport6 (>= 6.2), libqt6printsupport6 (>= 6.2), qt6-qpa-plugins, fonts-liberation2, libstdc++6 (>= 12)")
 include(CPack)
