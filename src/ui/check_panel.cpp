@@ -8,6 +8,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace rm8::ui {
 namespace {
 
@@ -17,6 +19,7 @@ constexpr int kRowRole = Qt::UserRole + 1;
 // Rows the open list shows before it scrolls: enough to see that there is
 // more, little enough to leave the pages their height at 1024×768.
 constexpr int kVisibleRows = 5;
+constexpr int kWidestLabel = 420;
 
 QString qs(const std::string& text)
 {
@@ -58,7 +61,7 @@ CheckPanel::CheckPanel(QWidget* parent)
     list_->setSelectionMode(QAbstractItemView::SingleSelection);
     list_->header()->setStretchLastSection(true);
     const QFontMetrics metrics(list_->font());
-    list_->setColumnWidth(0, metrics.horizontalAdvance(QStringLiteral("AIN8: Přechod nahoru přes CL1")) + 40);
+    minimumLabelWidth_ = metrics.horizontalAdvance(QStringLiteral("AIN8: Přechod nahoru přes CL1")) + 40;
     list_->setFixedHeight(list_->header()->sizeHint().height() + kVisibleRows * (metrics.height() + 6) + 4);
     connect(list_, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) { activate(item); });
     layout->addWidget(list_);
@@ -82,6 +85,7 @@ void CheckPanel::setEntries(const std::vector<CheckEntry>& entries)
             const QString message = adjustments ? QStringLiteral("úprava: ") + qs(entry.message) : qs(entry.message);
             auto* item = new QTreeWidgetItem(list_, { qs(entry.label), message });
             item->setIcon(0, adjustments ? adjustmentIcon : errorIcon);
+            item->setToolTip(0, qs(entry.label));
             item->setToolTip(1, message);
             item->setData(0, kFieldRole, qs(entry.field));
             item->setData(0, kRowRole, entry.row);
@@ -93,6 +97,10 @@ void CheckPanel::setEntries(const std::vector<CheckEntry>& entries)
             }
         }
     }
+    // As wide as the longest label, but never so wide that the messages,
+    // which matter more, lose their room.
+    list_->resizeColumnToContents(0);
+    list_->setColumnWidth(0, std::clamp(list_->columnWidth(0), minimumLabelWidth_, kWidestLabel));
     header_->setText(qs(checkPanelTitle(static_cast<std::size_t>(errors_))));
     QPalette colours = header_->palette();
     colours.setColor(

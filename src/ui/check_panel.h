@@ -45,6 +45,7 @@ private:
     QToolButton* header_;
     QTreeWidget* list_;
     int errors_ = 0;
+    int minimumLabelWidth_ = 0;
 };
 
 } // namespace rm8::ui

@@ -43,6 +43,7 @@ CompareView::CompareView(QWidget* parent)
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->verticalHeader()->setVisible(false);
+    table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 8);
     table_->horizontalHeader()->setStretchLastSection(true);
     connect(table_, &QTableWidget::itemActivated, this, [this](QTableWidgetItem* item) {
         const QTableWidgetItem* first = table_->item(item->row(), 0);
