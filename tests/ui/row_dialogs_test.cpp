@@ -3,7 +3,9 @@
 // negation of an analog input and a field refused on leaving. The rules
 // behind the fields are the editing library's and are tested there; these
 // cases cover what the widgets add. Each dialog runs modally, as it does
-// over the window, and every wait on it is bounded.
+// over the window, and every wait on it is bounded. The cases of what a
+// dialog shows and of its fields are in tests/data/ui/row_dialogs.json and
+// row_dialog_fields.json.
 
 #include "editing/level_check.h"
 #include "editing/row_model.h"
@@ -19,16 +21,15 @@ using rm8::shell::test::onNextModal;
 
 namespace {
 
-// "field:row=value" entries; true and false set a check box.
-void apply(StationSettings& settings, const QStringList& setup)
+// [field, row, text or check box state] entries.
+void prepare(StationSettings& settings, const nlohmann::json& setup)
 {
-    for (const QString& entry : setup) {
-        const QString field = entry.section(u':', 0, 0);
-        const QString value = entry.section(u'=', 1);
-        const auto row = entry.section(u':', 1).section(u'=', 0, 0).toULong();
-        FieldChange change { field.toStdString(), row, value.toStdString(), std::nullopt };
-        if (value == u"true" || value == u"false")
-            change.value = value == u"true";
+    for (const auto& entry : setup) {
+        FieldChange change { entry[0].get<std::string>(), entry[1].get<std::size_t>(), false, std::nullopt };
+        if (entry[2].is_string())
+            change.value = entry[2].get<std::string>();
+        else
+            change.value = entry[2].get<bool>();
         applyChange(settings, change);
     }
 }
@@ -103,63 +104,18 @@ class RowDialogsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void shows_data()
-    {
-        QTest::addColumn<QString>("dialog");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<QStringList>("setup");
-        QTest::addColumn<QStringList>("expected"); // "control.property=value"; no control: the dialog
-        const QStringList powerSaving { "opEnablePS1:0=true" };
-        QTest::newRow("input")
-            << "Vstup" << 2 << QStringList { "tabINPNazev:2=Cerpadlo" }
-            << QStringList { ".windowTitle=Vstup IN3", ".objectName=Vstup", "INPNazev.text=Cerpadlo",
-                   "INPNazev.maxLength=100", "INPZpr.text=Uvádět tento vstup ve zprávě o stavu",
-                   "eeMaskDInHLAlarm.text=odeslat ihned",
-                   "INPNeg.text=Negace vstupu (neguje se ihned po vzorkování - teprve poté se analyzuje)",
-                   "btStorno.text=&Storno" };
-        QTest::newRow("input, power saving off")
-            << "Vstup" << 0 << QStringList { "tabINPLHEvent:0=true", "tabINPHLEvent:0=true" }
-            << QStringList { "eeMaskDInLHAlarm.enabled=false", "eeMaskDInHLAlarm.enabled=false" };
-        QTest::newRow("input, power saving on")
-            << "Vstup" << 0 << QStringList { "opEnablePS1:0=true", "tabINPLHEvent:0=true" }
-            << QStringList { "eeMaskDInLHAlarm.enabled=true", "eeMaskDInHLAlarm.enabled=false" };
-        QTest::newRow("output 1") << "Vystup" << 0 << QStringList {}
-                                  << QStringList { ".windowTitle=Vystup OUT1",
-                                         "OUTZpr.text=Uvádět tento vstup ve zprávě o stavu",
-                                         "eeMaskDOutFnc1.text=Standartní výstup", "eeMaskDOutFnc1.checked=true",
-                                         "eeMaskDOutFnc2.enabled=true", "eeMaskDOutFnc3.enabled=false" };
-        QTest::newRow("output 2") << "Vystup" << 1 << QStringList {}
-                                  << QStringList { "eeMaskDOutFnc2.enabled=false", "eeMaskDOutFnc3.enabled=true",
-                                         "eeMaskDOutFnc3.text=Indikace stavu šetřícího režimu" };
-        QTest::newRow("output 6") << "Vystup" << 5 << QStringList {}
-                                  << QStringList { "eeMaskDOutFnc2.enabled=false", "eeMaskDOutFnc3.enabled=false" };
-        QTest::newRow("battery") << "Analog" << 7 << QStringList {}
-                                 << QStringList { ".windowTitle=Analog BAT",
-                                        "AINHCL1Level.toolTip=Hodnota  hystereze CL1",
-                                        "AINStateM.toolTip=Název stavu MEDIUM (normální)",
-                                        "AINCL2DnEvent.text=Hlásit přechod dolu přes CL2", "Graph.objectName=Graph" };
-        const QStringList events { "tabAINCL1UpEvent:3=true", "tabAINCL2DnEvent:3=true" };
-        QTest::newRow("analog, power saving off")
-            << "Analog" << 3 << events << QStringList { "eeCL1Up.enabled=false", "eeCL2Down.enabled=false" };
-        QTest::newRow("analog, power saving on") << "Analog" << 3 << events + powerSaving
-                                                 << QStringList { "eeCL1Up.enabled=true", "eeCL1Down.enabled=false",
-                                                        "eeCL2Up.enabled=false", "eeCL2Down.enabled=true" };
-        QTest::newRow("phone") << "TelCislo" << 4 << QStringList { "tabTC:4=+420601234567" }
-                               << QStringList { ".windowTitle=Telefonní číslo T5", "TC.text=+420601234567",
-                                      "TC.toolTip=Telefonní číslo", "TCPrijem.text=Přijímat příkazy",
-                                      "TCUdalost.toolTip=Odesílat zprávy o událostech na toto tel. číslo" };
-    }
+    void shows_data() { test::addJsonCases("ui/row_dialogs.json"); }
 
+    // "control.property=value"; without a control, the dialog's own.
     void shows()
     {
-        QFETCH(QString, dialog);
-        QFETCH(int, row);
-        QFETCH(QStringList, setup);
-        QFETCH(QStringList, expected);
+        FETCH_CASE(c);
         StationSettings settings;
-        apply(settings, setup);
-        QStringList seen;
-        runDialog(dialog, settings, std::size_t(row), [&](ui::RowDialog* d) {
+        prepare(settings, c["setup"]);
+        QStringList expected, seen;
+        for (const auto& line : c["expected"])
+            expected << test::qs(line);
+        runDialog(test::qs(c["dialog"]), settings, c["row"].get<std::size_t>(), [&](ui::RowDialog* d) {
             for (const QString& line : expected) {
                 const QString name = line.section(u'.', 0, 0);
                 const QString property = line.section(u'.', 1).section(u'=', 0, 0);
@@ -193,7 +149,7 @@ private slots:
         QFETCH(QString, event);
         QFETCH(QString, sendAtOnce);
         StationSettings settings;
-        apply(settings, { "opEnablePS1:0=true" });
+        prepare(settings, R"([["opEnablePS1", 0, true]])"_json);
         QList<bool> enabled;
         runDialog(dialog, settings, 0, [&](ui::RowDialog* d) {
             for (int i = 0; i < 3; ++i) {
@@ -231,7 +187,7 @@ private slots:
         QFETCH(QString, text);
         QFETCH(QString, end);
         StationSettings settings;
-        apply(settings, { "opEnablePS1:0=true" });
+        prepare(settings, R"([["opEnablePS1", 0, true]])"_json);
         const StationSettings before = settings;
         const bool confirmed = runDialog(dialog, settings, std::size_t(row), [&](ui::RowDialog* d) {
             for (QCheckBox* box : d->findChildren<QCheckBox*>())
@@ -308,7 +264,8 @@ private slots:
     void analogNegationTwiceRestores()
     {
         StationSettings settings;
-        apply(settings, { "tabAINCL1Level:3=20", "tabAINHCL1Level:3=2", "tabAINCL2Level:3=70", "tabAINHCL2Level:3=5" });
+        prepare(settings, R"([["tabAINCL1Level", 3, "20"], ["tabAINHCL1Level", 3, "2"], ["tabAINCL2Level", 3, "70"],
+                            ["tabAINHCL2Level", 3, "5"]])"_json);
         QStringList original, negated, restored;
         std::optional<ui::LevelGraph::Level> drawn;
         runDialog(QStringLiteral("Analog"), settings, 3, [&](ui::RowDialog* d) {
@@ -332,63 +289,24 @@ private slots:
         QCOMPARE(restored, original);
     }
 
-    void leaveField_data()
-    {
-        QTest::addColumn<QString>("dialog");
-        QTest::addColumn<QStringList>("setup");
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("message"); // empty: accepted
-        QTest::addColumn<QString>("after");
-        QTest::newRow("input keyword") << "Vstup" << QStringList {} << "INPNazev"
-                                       << "st"
-                                       << "Název vstupu nesmí být žádné z těchto klíčových slov (ani jejich předpony): "
-                                          "STATE;STAV;BACK;NOBACK;RESET;SHUTDOWN;NAME;ZPET;NEZPET;JMENO"
-                                       << "st";
-        QTest::newRow("output states equal") << "Vystup" << QStringList { "tabOUTZap:0=on" } << "OUTVyp"
-                                             << "ON"
-                                             << "Název 'Vypnuto' nesmí být stejný jako název 'Zapnuto'."
-                                             << "ON";
-        QTest::newRow("output states prefix") << "Vystup" << QStringList { "tabOUTZap:0=ON1" } << "OUTVyp"
-                                              << "ON"
-                                              << ""
-                                              << "ON";
-        QTest::newRow("impulse clamped") << "Vystup" << QStringList {} << "OUTimpulsLEN"
-                                         << "30"
-                                         << ""
-                                         << "25.5";
-        QTest::newRow("analog level") << "Analog" << QStringList {} << "AINCL1Level"
-                                      << "-5"
-                                      << "Číslo je chybně zadáno."
-                                      << "-5";
-        QTest::newRow("phone characters") << "TelCislo" << QStringList {} << "TC"
-                                          << "06abc"
-                                          << "Telefonní číslo je špatně zadáno."
-                                          << "06abc";
-        QTest::newRow("phone UTO") << "TelCislo" << QStringList { "tabUTOEnable:0=true" } << "TC"
-                                   << "0601234567"
-                                   << ""
-                                   << "+420601234567";
-    }
+    void leaveField_data() { test::addJsonCases("ui/row_dialog_fields.json"); }
 
+    // An empty message: the text is accepted, or replaced by after.
     void leaveField()
     {
-        QFETCH(QString, dialog);
-        QFETCH(QStringList, setup);
-        QFETCH(QString, field);
-        QFETCH(QString, typed);
-        QFETCH(QString, message);
-        QFETCH(QString, after);
+        FETCH_CASE(c);
+        const QString message = test::qs(c["message"]);
+        const QString after = test::qs(c["after"]);
         StationSettings settings;
-        apply(settings, setup);
+        prepare(settings, c["setup"]);
         QString shown, text;
         bool keptFocus = false;
-        runDialog(dialog, settings, 0, [&](ui::RowDialog* d) {
+        runDialog(test::qs(c["dialog"]), settings, 0, [&](ui::RowDialog* d) {
             const auto box = onNextModal<QMessageBox>(QStringLiteral("refusal"), [&](QMessageBox* b) {
                 shown = b->text();
                 b->button(QMessageBox::Ok)->click();
             });
-            QLineEdit* edit = type(d, field, typed);
+            QLineEdit* edit = type(d, test::qs(c["field"]), test::qs(c["typed"]));
             QTest::keyClick(edit, Qt::Key_Tab);
             QVERIFY(QTest::qWaitFor([&] { return message.isEmpty() ? edit->text() == after : box->isEmpty(); }, 3000));
             keptFocus = d->focusWidget() == edit; // the dialog's, whether or not it is active again
