@@ -11,7 +11,7 @@ namespace rm8::ctl {
 int reportCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)
 {
     if (arguments.operands.size() != 1) {
-        err << "rm8ctl: report: očekáváno 1 jmen souborů, zadáno " << arguments.operands.size()
+        err << "rm8ctl: report: očekáváno 1 jméno souboru, zadáno " << arguments.operands.size()
             << " (viz rm8ctl --help)\n";
         return kBadInput;
     }
