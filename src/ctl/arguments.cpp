@@ -10,6 +10,12 @@ std::optional<std::string> Arguments::value(const std::string& option) const
     return found->second;
 }
 
+std::string fileNames(std::size_t count)
+{
+    const char* const noun = count == 1 ? " jméno souboru" : count >= 2 && count <= 4 ? " jména souborů" : " jmen souborů";
+    return std::to_string(count) + noun;
+}
+
 Expected<Arguments, std::string> parseArguments(const std::vector<std::string>& words, const OptionSet& options)
 {
     Arguments arguments;

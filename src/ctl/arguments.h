@@ -27,6 +27,10 @@ struct OptionSet {
     std::set<std::string> alone;
 };
 
+// "1 jméno souboru", "2 jména souborů", "5 jmen souborů": the count with the
+// Czech plural it takes.
+std::string fileNames(std::size_t count);
+
 Expected<Arguments, std::string> parseArguments(const std::vector<std::string>& words, const OptionSet& options);
 
 } // namespace rm8::ctl

@@ -30,7 +30,7 @@ bool expectOperands(const Arguments& arguments, std::size_t count, std::ostream&
 {
     if (arguments.operands.size() == count)
         return true;
-    err << "rm8ctl: " << arguments.command << ": očekáváno " << count << " jmen souborů, zadáno "
+    err << "rm8ctl: " << arguments.command << ": očekáváno " << fileNames(count) << ", zadáno "
         << arguments.operands.size() << " (viz rm8ctl --help)\n";
     return false;
 }

@@ -1,5 +1,6 @@
 // rm8ctl: the station configuration tool on the command line.
 
+#include <algorithm>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -35,8 +36,10 @@ Příkazy pro stanici (PORT je "COM n", nebo cesta k zařízení):
         produkt, verze, velikost paměti, modem a stav spojení
   read --port PORT --out SOUBOR [--json | --raw] [--yes]
         načte EEPROM stanice a uloží soubor nastavení (--json nastavení, --raw všechny bajty)
-  write --port PORT SOUBOR.eep|NASTAVENI.json [--verify] [--force]
-        zapíše nastavení do stanice (--verify kontroluje zápis každého bloku)
+  write --port PORT SOUBOR.eep|NASTAVENI.json [--no-verify] [--backup ZALOHA.eep [--yes]] [--force]
+        zapíše nastavení do stanice a každý zapsaný blok přečte zpět (--no-verify
+        kontrolu vynechá); s --backup nejprve načte celou EEPROM stanice a uloží ji
+        do ZALOHA.eep (všechny bajty, jako read --raw), teprve pak zapisuje
   --search-timeout S   jak dlouho hledat stanici (výchozí 30 s), pak jako Storno
   --com "COM n=ZAŘÍZENÍ[,COM m=ZAŘÍZENÍ]"
                        tabulka portů; bez ní je COM n zařízení /dev/ttyS(n-1)
@@ -45,7 +48,8 @@ Příkazy pro stanici (PORT je "COM n", nebo cesta k zařízení):
 
 encode odmítne nastavení, která porušují pravidla stanice, pokud není dána volba --force.
 
-Návratový kód: 0 úspěch, 1 rozdíl nebo odmítnutí, 2 chybné použití nebo vstup.
+Návratový kód: 0 úspěch, 1 rozdíl nebo odmítnutí, 2 chybné použití nebo vstup,
+3 práce hotova, ale stanice neodpověděla na ukončení programovacího módu.
 )";
 
 using Command = int (*)(const rm8::ctl::Arguments&, std::ostream&, std::ostream&);
@@ -71,9 +75,10 @@ constexpr CommandEntry kCommands[] = {
 
 int main(int argc, char** argv)
 {
-    const std::vector<std::string> words(argv + 1, argv + argc);
-    const rm8::ctl::OptionSet options{{"--out", "--base", "--eeprom-size", "--port", "--search-timeout", "--com", "--trace"},
-                                       {"--yes", "--help", "--force", "--json", "--raw", "--verify"}};
+    std::vector<std::string> words(argv + 1, argv + argc);
+    std::replace(words.begin(), words.end(), std::string("-h"), std::string("--help"));
+    const rm8::ctl::OptionSet options{{"--out", "--base", "--eeprom-size", "--port", "--search-timeout", "--com", "--trace", "--backup"},
+                                       {"--yes", "--help", "--force", "--json", "--raw", "--verify", "--no-verify", "--version"}};
     auto arguments = rm8::ctl::parseArguments(words, options);
     if (!arguments) {
         std::cerr << "rm8ctl: " << arguments.error() << " (viz rm8ctl --help)\n";
@@ -81,6 +86,10 @@ int main(int argc, char** argv)
     }
     if (arguments->has("--help") || arguments->command == "help") {
         std::cout << kUsage;
+        return rm8::ctl::kSuccess;
+    }
+    if (arguments->has("--version")) {
+        std::cout << "rm8ctl " RM8_VERSION "\n";
         return rm8::ctl::kSuccess;
     }
     for (const auto& command : kCommands)

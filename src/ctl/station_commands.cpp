@@ -3,6 +3,7 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <optional>
 
@@ -20,6 +21,7 @@
 #include "link/posix_serial_line.h"
 #include "link/tracing_line.h"
 #include "link/session.h"
+#include "link/station_backup.h"
 #include "link/station_flows.h"
 #include "settings/conversions.h"
 #include "settings/image_encoder.h"
@@ -55,7 +57,7 @@ public:
                                                        : std::nullopt;
         endBar();
         if (bar_.enabled())
-            err_ << text << '\n';
+            err_ << text << std::endl;
         bar_.start();
     }
     void hideProgress() override
@@ -81,12 +83,14 @@ public:
         stream << text;
         if (!detail.empty())
             stream << " (" << detail << ")";
-        stream << '\n';
+        // At once, also into a pipe: a script that gives up on rm8ctl must
+        // still see how far it came.
+        stream << std::endl;
     }
     Answer ask(MessageIcon, std::string_view question, Buttons) override
     {
         endBar();
-        err_ << question << (answerYes_ ? " Ano\n" : " Ne\n");
+        err_ << question << (answerYes_ ? " Ano" : " Ne") << std::endl;
         return answerYes_ ? Answer::Yes : Answer::No;
     }
 
@@ -195,6 +199,26 @@ int activate(Connection& connection, const std::string& port, std::ostream& err)
     return kDifferent;
 }
 
+// Takes the station out of programming mode. The work's own status stands
+// unless it succeeded and the station did not answer the leave request.
+int release(Connection& connection, int status)
+{
+    const bool left = link::leaveProgrammingMode(connection.io) == link::Leave::Left;
+    return status == kSuccess && !left ? kLeftInProgrammingMode : status;
+}
+
+int outcomeStatus(FlowOutcome outcome)
+{
+    switch (outcome) {
+    case FlowOutcome::Done:
+        return kSuccess;
+    case FlowOutcome::Failed:
+        return kBadInput;
+    default:
+        return kDifferent;
+    }
+}
+
 } // namespace
 
 Expected<link::PortMap, std::string> portMap(const Arguments& arguments)
@@ -228,9 +252,8 @@ int identifyCommand(const Arguments& arguments, std::ostream& out, std::ostream&
         << "Verze:            " << identity.version << '\n'
         << "Velikost paměti:  " << identity.memorySize << '\n'
         << "Typ modemu:       " << identity.modem << '\n'
-        << "Spojení:          " << link::stateWord(connection.activation.state) << '\n';
-    link::deactivateLink(connection.io);
-    return connection.activation.state == link::ConnectionState::Active ? kSuccess : kDifferent;
+        << "Spojení:          " << link::stateWord(connection.activation.state) << std::endl;
+    return release(connection, connection.activation.state == link::ConnectionState::Active ? kSuccess : kDifferent);
 }
 
 int readCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)
@@ -249,7 +272,7 @@ int readCommand(const Arguments& arguments, std::ostream& out, std::ostream& err
     EepromImage image;
     StationSettings settings;
     const FlowOutcome outcome = link::readStation(connection.io, image, settings, connection.eepromSize());
-    link::deactivateLink(connection.io);
+    const int released = release(connection, kSuccess);
     if (outcome != FlowOutcome::Done && !(arguments.has("--raw") && outcome == FlowOutcome::Rejected))
         return outcome == FlowOutcome::Failed ? kBadInput : kDifferent;
 
@@ -269,14 +292,25 @@ int readCommand(const Arguments& arguments, std::ostream& out, std::ostream& err
         err << "rm8ctl: Soubor '" << *target << "': " << written.error() << '\n';
         return kBadInput;
     }
-    return kSuccess;
+    return released;
 }
 
 int writeCommand(const Arguments& arguments, std::ostream& out, std::ostream& err)
 {
     if (arguments.operands.size() != 1) {
-        err << "rm8ctl: write: očekáváno 1 jméno souboru (viz rm8ctl --help)\n";
+        err << "rm8ctl: write: očekáváno " << fileNames(1) << ", zadáno " << arguments.operands.size()
+            << " (viz rm8ctl --help)\n";
         return kBadInput;
+    }
+    if (arguments.has("--verify") && arguments.has("--no-verify")) {
+        err << "rm8ctl: write: --verify a --no-verify se vylučují\n";
+        return kBadInput;
+    }
+    const auto backup = arguments.value("--backup");
+    std::error_code ignored;
+    if (backup && std::filesystem::exists(*backup, ignored) && !arguments.has("--yes")) {
+        err << "rm8ctl: Soubor '" << *backup << "' již existuje a nebyl přepsán (přepsání povolí volba --yes).\n";
+        return kDifferent;
     }
     auto configuration = loadConfiguration(arguments.operands[0]);
     if (!configuration) {
@@ -295,17 +329,17 @@ int writeCommand(const Arguments& arguments, std::ostream& out, std::ostream& er
     Connection& connection = *opened;
     if (const int status = activate(connection, *arguments.value("--port"), err); status != kSuccess)
         return status;
-    const FlowOutcome outcome = link::writeStation(connection.io, configuration->image, configuration->settings,
-                                                   connection.eepromSize(), arguments.has("--verify"));
-    link::deactivateLink(connection.io);
-    switch (outcome) {
-    case FlowOutcome::Done:
-        return kSuccess;
-    case FlowOutcome::Failed:
-        return kBadInput;
-    default:
-        return kDifferent;
+    if (backup) {
+        // The station as it was, before anything of it is overwritten; no
+        // backup, no write.
+        const FlowOutcome saved = link::backupStation(connection.io, connection.eepromSize(), *backup);
+        if (saved != FlowOutcome::Done)
+            return release(connection, outcomeStatus(saved));
+        out << "Původní obsah EEPROM uložen do souboru '" << *backup << "'." << std::endl;
     }
+    const FlowOutcome outcome = link::writeStation(connection.io, configuration->image, configuration->settings,
+                                                   connection.eepromSize(), !arguments.has("--no-verify"));
+    return release(connection, outcomeStatus(outcome));
 }
 
 } // namespace rm8::ctl

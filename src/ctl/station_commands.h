@@ -10,6 +10,10 @@
 
 namespace rm8::ctl {
 
+// The work was done, but the station did not answer the request to leave
+// programming mode: it probably still waits in it and does not do its job.
+inline constexpr int kLeftInProgrammingMode = 3;
+
 int identifyCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);
 int readCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);
 int writeCommand(const Arguments& arguments, std::ostream& out, std::ostream& err);

@@ -59,10 +59,12 @@ Poruchy:
                                                negovaný), a odpoví, jako by bylo vše v pořádku
   --hangup-after N                             po N požadavcích na blok zavěsí (zavře
                                                pseudoterminál), uloží EEPROM a skončí
+  --silent-leave                               neodpovídá na žádost o ukončení programovacího
+                                               módu a zůstane v něm
 )";
 
 // Options that take no value.
-const std::set<std::string> kFlags = {"--corrupt-writes"};
+const std::set<std::string> kFlags = {"--corrupt-writes", "--silent-leave"};
 const std::set<std::string> kValued = {"--type",      "--version",       "--size-code",    "--modem",
                                        "--eeprom",    "--link",          "--log",          "--line-rate",
                                        "--write-time", "--silent-attention", "--drop-every", "--bad-checksum-every",
@@ -151,6 +153,7 @@ bool parseBehaviour(const Options& options, rm8::sim::StationBehaviour& behaviou
     line.writeTime = milliseconds(writeMs);
     faults.lateBy = milliseconds(lateMs);
     faults.corruptWrites = options.has("--corrupt-writes");
+    faults.silentLeave = options.has("--silent-leave");
     // rm8sim may run for days; nobody inspects its requests but the log.
     behaviour.keepRequests = false;
     return true;
@@ -163,7 +166,7 @@ int main(int argc, char** argv)
     Options options;
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
-        if (word == "--help") {
+        if (word == "--help" || word == "-h") {
             std::cout << kUsage;
             return 0;
         }

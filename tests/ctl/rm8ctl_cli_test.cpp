@@ -3,9 +3,15 @@
 // printed (or the whole output against a golden file) and the files left
 // behind. The rows run in order in one scratch folder, beside one simulated
 // station ({port}), one too old to program ({foreign}), one of an unknown
-// memory size ({unsized}) and a pseudo-terminal that nobody answers ({silent}).
+// memory size ({unsized}), one that never leaves programming mode ({stuck})
+// and a pseudo-terminal that nobody answers ({silent}).
 
 #include <sys/wait.h>
+
+#include <poll.h>
+
+#include <csignal>
+#include <cstdio>
 
 #include <algorithm>
 #include <cstdlib>
@@ -67,6 +73,10 @@ TEST(Rm8ctl, EveryRowOfTheCaseTable)
     rm8::sim::PtyStation odd{rm8::sim::StationSimulator(unsized)};
     odd.start();
     const rm8::sim::PtyStation silent{rm8::sim::StationSimulator(profile)};
+    rm8::sim::StationBehaviour staying;
+    staying.faults.silentLeave = true;
+    rm8::sim::PtyStation stuck{rm8::sim::StationSimulator(profile, {}, staying)};
+    stuck.start();
     const rm8::test::ScratchDir dir;
     const rm8::test::ScratchDir capture;
     const std::map<std::string, std::string> places{{"{data}", rm8::test::dataDir().string()},
@@ -74,7 +84,8 @@ TEST(Rm8ctl, EveryRowOfTheCaseTable)
                                                     {"{port}", station.path()},
                                                     {"{foreign}", foreign.path()},
                                                     {"{unsized}", odd.path()},
-                                                    {"{silent}", silent.path()}};
+                                                    {"{silent}", silent.path()},
+                                                    {"{stuck}", stuck.path()}};
     const auto fill = [&](std::string text) {
         for (const auto& [key, value] : places)
             for (std::size_t at; (at = text.find(key)) != std::string::npos;)
@@ -136,6 +147,29 @@ TEST(Rm8ctl, EveryRowOfTheCaseTable)
         }
     }
     EXPECT_GT(rows, 0);
+}
+
+// What rm8ctl says reaches a pipe as it is said, not when the program ends: a
+// script that gives up on a long search still sees how far it came.
+TEST(Rm8ctl, OutputReachesAPipeWhileItRuns)
+{
+    const rm8::sim::PtyStation silent{rm8::sim::StationSimulator({})};
+    // The search would go on for an hour; the first message must not wait
+    // for its end.
+    FILE* out = ::popen(("echo $$; exec '" RM8CTL_PATH "' identify --search-timeout 3600 --port " + silent.path()
+                            + " 2>&1")
+                            .c_str(),
+        "r");
+    ASSERT_NE(out, nullptr);
+    char text[512] = {};
+    ASSERT_NE(std::fgets(text, sizeof text, out), nullptr);
+    const pid_t pid = std::stoi(text);
+    pollfd waiting{::fileno(out), POLLIN, 0};
+    const bool came = ::poll(&waiting, 1, 10000) == 1 && std::fgets(text, sizeof text, out) != nullptr;
+    ::kill(pid, SIGTERM);
+    (void)::pclose(out);
+    ASSERT_TRUE(came) << "nothing while the program ran";
+    EXPECT_TRUE(std::string(text).starts_with("Uveďte zařízení do vypnutého stavu")) << text;
 }
 
 } // namespace
