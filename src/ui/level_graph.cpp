@@ -111,11 +111,14 @@ void LevelGraph::paintEvent(QPaintEvent* /*event*/)
 
     // The bands; red where the level check will refuse them.
     const bool overlap = level1_ && level2_ && level1_->value + level1_->band > level2_->value - level2_->band;
+    // The lower level's caption ends at its line, the upper one's starts at
+    // its line, so that close levels keep both readable.
     const struct {
         const std::optional<Level>& level;
         const char* name;
-    } levels[] = { { level1_, "CL1" }, { level2_, "CL2" } };
-    for (const auto& [level, name] : levels) {
+        bool leftOfLine;
+    } levels[] = { { level1_, "CL1", true }, { level2_, "CL2", false } };
+    for (const auto& [level, name, leftOfLine] : levels) {
         if (!level)
             continue;
         const double from = level->value - level->band;
@@ -134,8 +137,9 @@ void LevelGraph::paintEvent(QPaintEvent* /*event*/)
         painter.drawLine(QPointF(at, kBarTop - 6), QPointF(at, kBarTop + kBarHeight + 6));
         const QString caption = QLatin1String(name) + u' ' + format(level->value);
         const double captionWidth = metrics.horizontalAdvance(caption);
-        const double left = std::clamp(at - captionWidth / 2, 0.0, std::max(0.0, width() - captionWidth));
-        painter.drawText(QPointF(left, kBarTop - 8), caption);
+        const double left
+            = std::clamp(leftOfLine ? at - captionWidth - 3 : at + 3, 0.0, std::max(0.0, width() - captionWidth));
+        painter.drawText(QPointF(left, kBarTop - 7), caption);
     }
 
     // The scale: five steps of the range with its unit.
@@ -152,7 +156,7 @@ void LevelGraph::paintEvent(QPaintEvent* /*event*/)
         painter.drawText(
             QPointF(std::clamp(at - labelWidth / 2, 0.0, width() - labelWidth), axis + 6 + metrics.ascent()), label);
     }
-    painter.drawText(QPointF(x(upper) + 4, axis + metrics.ascent() / 2.0), QString::fromStdString(range_.unit));
+    painter.drawText(QPointF(x(upper) + 4, axis + metrics.ascent() / 2.0 - 1), QString::fromStdString(range_.unit));
 }
 
 } // namespace rm8::ui

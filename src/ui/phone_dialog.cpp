@@ -26,7 +26,10 @@ PhoneDialog::PhoneDialog(QWidget* parent)
 {
     auto* grid = new QGridLayout;
     grid->addWidget(new QLabel(QStringLiteral("Telefonní číslo:")), 0, 0);
-    grid->addWidget(textField("TC", "Telefonní číslo"), 0, 1);
+    QLineEdit* number = textField("TC", "Telefonní číslo");
+    // Room for an international number with its prefix.
+    number->setMinimumWidth(number->fontMetrics().horizontalAdvance(QString(20, u'0')));
+    grid->addWidget(number, 0, 1);
     grid->addWidget(checkBox("TCPrijem", "Přijímat příkazy", "Přijímat příkazy z tohoto tel. čísla"), 1, 0, 1, 2);
     grid->addWidget(
         checkBox("TCUdalost", "Odesílat zprávy o událostech", "Odesílat zprávy o událostech na toto tel. číslo"), 2, 0,
