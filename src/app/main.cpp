@@ -71,8 +71,15 @@ int printPdf(const QString& target, const QStringList& files)
 int main(int argc, char* argv[])
 {
     // The report needs fonts but no screen.
-    if (printsPdf(argc, argv) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (printsPdf(argc, argv)) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        // A script reads one line on failure, not Qt's remarks on its setup.
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+            if (type == QtCriticalMsg || type == QtFatalMsg)
+                std::fprintf(stderr, "rm8config: %s\n", qPrintable(text));
+        });
+    }
     QApplication app(argc, argv);
     rm8::shell::identifyApplication();
 

@@ -8,6 +8,9 @@ namespace {
 
 // The space between the heading row of a table and its rule, and below it.
 constexpr double kRuleGap = 40;
+// Widths are sums of measured widths; a text measured into a room of exactly
+// its own width is not to be wrapped for the rounding of that sum.
+constexpr double kTolerance = 0.5;
 
 std::vector<std::size_t> characterEnds(std::string_view text)
 {
@@ -107,9 +110,18 @@ private:
         page.number = static_cast<int>(pages_.size()) + 1;
         pages_.push_back(std::move(page));
         y_ = kHeaderTop;
-        place(TextStyle::Header, kLeftMargin, available_, report_.header);
-        place(TextStyle::Header, kLeftMargin, available_, pageNumberText(pages_.back().number), true);
-        y_ = kHeaderTop + measure_.lineHeight(TextStyle::Header) + body_;
+        // A long station name goes on under itself, clear of the page number.
+        std::string number = pageNumberText(pages_.back().number);
+        const double width =
+            std::max(kCellGap, available_ - measure_.width(TextStyle::Header, number) - kCellGap);
+        const auto lines = wrapText(report_.header, width, TextStyle::Header, measure_);
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            place(TextStyle::Header, kLeftMargin, width, lines[i]);
+            if (i == 0)
+                place(TextStyle::Header, kLeftMargin, available_, std::move(number), true);
+            y_ += measure_.lineHeight(TextStyle::Header);
+        }
+        y_ += body_;
         top_ = y_;
     }
 
@@ -272,7 +284,7 @@ std::vector<std::string> wrapText(std::string_view text, double width, TextStyle
 {
     std::vector<std::string> lines;
     while (!text.empty()) {
-        if (measure.width(style, text) <= width) {
+        if (measure.width(style, text) <= width + kTolerance) {
             lines.emplace_back(text);
             break;
         }
@@ -282,7 +294,7 @@ std::vector<std::string> wrapText(std::string_view text, double width, TextStyle
         std::size_t high = ends.size() - 1;
         while (low < high) {
             const std::size_t mid = (low + high + 1) / 2;
-            if (measure.width(style, text.substr(0, ends[mid])) <= width)
+            if (measure.width(style, text.substr(0, ends[mid])) <= width + kTolerance)
                 low = mid;
             else
                 high = mid - 1;

@@ -35,7 +35,7 @@ inline constexpr double kRightMargin = 1000;
 inline constexpr double kHeaderTop = 1500;
 inline constexpr double kBottomMargin = 1500;
 inline constexpr double kValueColumn = 2600; // from the left margin
-inline constexpr double kCellGap = 200;
+inline constexpr double kCellGap = 120;
 
 struct PlacedText {
     TextStyle style = TextStyle::Body;
