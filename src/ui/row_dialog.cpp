@@ -48,6 +48,9 @@ QHBoxLayout* RowDialog::buttonRow()
     ok->setDefault(true);
     auto* storno = new QPushButton(QStringLiteral("&Storno"), this);
     storno->setObjectName(QStringLiteral("btStorno"));
+    // Clicking Storno leaves no field: a text about to be thrown away is
+    // not judged first (Escape does the same from the keyboard).
+    storno->setFocusPolicy(Qt::NoFocus);
     connect(ok, &QPushButton::clicked, this, &RowDialog::confirm);
     connect(storno, &QPushButton::clicked, this, &RowDialog::reject);
     auto* buttons = new QHBoxLayout;

@@ -214,6 +214,29 @@ private slots:
             QCOMPARE(settings.rtBattLow, text.toStdString());
     }
 
+    // A click is a press, a turn of the event loop (where a field left for
+    // the button would be judged) and a release.
+    void stornoOverRefusedText()
+    {
+        StationSettings settings;
+        const StationSettings before = settings;
+        QString shown;
+        const bool confirmed = runDialog(QStringLiteral("Vstup"), settings, 0, [&](ui::RowDialog* d) {
+            const auto box = onNextModal<QMessageBox>(QStringLiteral("refusal"), [&](QMessageBox* b) {
+                shown = b->text();
+                b->button(QMessageBox::Ok)->click();
+            });
+            type(d, QStringLiteral("INPNazev"), QStringLiteral("st"));
+            auto* storno = child(d, QStringLiteral("btStorno"));
+            QTest::mousePress(storno, Qt::LeftButton);
+            QTest::qWait(50);
+            QTest::mouseRelease(storno, Qt::LeftButton);
+        });
+        QVERIFY(!confirmed);
+        QCOMPARE(shown, QString());
+        QVERIFY(settings == before);
+    }
+
     void analogLevels_data()
     {
         QTest::addColumn<QStringList>("levels"); // CL1, HCL1, CL2, HCL2 on 0..100
@@ -231,6 +254,7 @@ private slots:
         QFETCH(bool, accepted);
         StationSettings settings;
         QString message;
+        bool stopIcon = false;
         bool stayedOpen = false;
         QString focus;
         std::optional<ui::LevelGraph::Level> drawn;
@@ -241,6 +265,7 @@ private slots:
             drawn = child<ui::LevelGraph>(d, QStringLiteral("Graph"))->level1();
             const auto box = onNextModal<QMessageBox>(QStringLiteral("level message"), [&](QMessageBox* b) {
                 message = b->text();
+                stopIcon = b->icon() == QMessageBox::Critical;
                 b->button(QMessageBox::Ok)->click();
             });
             click(d, "btOk");
@@ -253,6 +278,7 @@ private slots:
         QCOMPARE(confirmed, accepted);
         QCOMPARE(stayedOpen, !accepted);
         QCOMPARE(message, accepted ? QString() : QString::fromUtf8(kLevelCheckMessage.data()));
+        QCOMPARE(stopIcon, !accepted);
         if (!accepted)
             QCOMPARE(focus, QStringLiteral("AINCL1Level"));
         QString cl1 = levels[0];
