@@ -48,6 +48,7 @@ private slots:
     void stornoHidesTheProgressAndPrintingGoesOn();
     void aPrinterErrorEndsTheRunSilently();
     void aCancelledPrintDialogPrintsNothing();
+    void theCopiesChosenInTheDialogArePrinted();
 };
 
 void TestReportPrinter::copiesAreDocumentsOfTheirOwnFromPageOne()
@@ -116,6 +117,33 @@ void TestReportPrinter::aCancelledPrintDialogPrintsNothing()
     rm8::shell::printSettingsReport(nullptr, sampleReport(), ui);
     QVERIFY2(wait->isEmpty(), qPrintable(*wait));
     QVERIFY(ui.events.empty());
+}
+
+void TestReportPrinter::theCopiesChosenInTheDialogArePrinted()
+{
+    const QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("dialog.pdf"));
+    rm8::test::RecordingInteraction ui;
+    bool selectionOffered = true;
+    // Qt's own dialog, as on Linux: the PDF entry, its file name, the copies.
+    const auto wait = rm8::shell::test::onNextModal<QPrintDialog>(
+        QStringLiteral("print dialog"), [&](QPrintDialog* dialog) {
+            selectionOffered = dialog->testOption(QAbstractPrintDialog::PrintSelection);
+            auto* printers = dialog->findChild<QComboBox*>(QStringLiteral("printers"));
+            auto* file = dialog->findChild<QLineEdit*>(QStringLiteral("filename"));
+            auto* copies = dialog->findChild<QSpinBox*>(QStringLiteral("copies"));
+            if (!printers || !file || !copies)
+                return; // the wait reports the dialog as still open
+            printers->setCurrentIndex(printers->count() - 1);
+            file->setText(pdf);
+            copies->setValue(2);
+            dialog->accept();
+        });
+    rm8::shell::printSettingsReport(nullptr, sampleReport(), ui);
+    QVERIFY2(wait->isEmpty(), qPrintable(*wait));
+    QVERIFY(!selectionOffered);
+    QCOMPARE(ui.progress.back(), rm8::report::progressText(1, 2, 2));
+    QCOMPARE(pdfPages(pdf).size(), 1);
 }
 
 QTEST_MAIN(TestReportPrinter)
