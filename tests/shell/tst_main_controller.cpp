@@ -27,6 +27,9 @@ const auto q = [](std::string_view text) { return QString::fromUtf8(text.data(),
 const QString kStillProgramming = QStringLiteral("Zařízení nebylo deaktivováno a je zřejmě stále v programovacím módu. "
                                                  "Má se zařízení před ukončením programu deaktivovat?");
 
+const QString kUnsavedSettings = QStringLiteral("Nastavení bylo změněno a nebylo uloženo do souboru ani do EEPROM. "
+                                                "Uložit je před ukončením programu do souboru?");
+
 // The window and its commands; "COM 1" is the simulated station, the other
 // entries have no device.
 struct Rig {
@@ -150,6 +153,7 @@ private slots:
 
         const StationSettings loaded = rig->fields();
         QVERIFY(rig->activate());
+        rig->click("CheckWrite"); // read-back is on by default
         rig->click("btEEPROMSave");
         QCOMPARE(rig->requests(4), std::size_t(0));
         rig->click("CheckWrite");
@@ -198,7 +202,11 @@ private slots:
         connect(&clicker, &QTimer::timeout, this, [&] {
             if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
                 shown << box->text();
-                (box->defaultButton() ? box->defaultButton() : box->button(QMessageBox::Ok))->click();
+                // The edited name is not to be saved on the way out.
+                if (box->text() == kUnsavedSettings)
+                    box->button(QMessageBox::No)->click();
+                else
+                    (box->defaultButton() ? box->defaultButton() : box->button(QMessageBox::Ok))->click();
             } else if (auto& info = real.progressWindow();
                        !blocksTheRest && info.isVisible() && info.textLabel()->text() == q(messages::kReadingEeprom)) {
                 blocksTheRest = QApplication::activeModalWidget() == &info;
@@ -220,7 +228,7 @@ private slots:
         rig->click("btEEPROMLoad");
         clicker.stop();
         QVERIFY(blocksTheRest && !real.progressWindow().isVisible());
-        QCOMPARE(shown.mid(1), (QStringList { q(messages::kStationReadCancelled), kStillProgramming }));
+        QCOMPARE(shown.mid(1), (QStringList { q(messages::kStationReadCancelled), kUnsavedSettings, kStillProgramming }));
         QVERIFY(rig->fields() == before);
         QCOMPARE(rig->requests(6), std::size_t(1)); // the question's Yes
         QCOMPARE(exits.count(), 1);
