@@ -72,7 +72,7 @@ int main(int argc, char* argv[])
     std::sort(times.begin(), times.end());
     const double median = times[times.size() / 2];
     std::printf("Report of every text at its limit into a PDF (%d runs, the first one included):\n", kRuns);
-    std::printf("  median %.1f ms, slowest %.1f ms, fastest %.1f ms; target under %.0f ms: %s\n", median,
-                times.back(), times.front(), kTargetMs, median < kTargetMs ? "met" : "NOT met");
+    std::printf("  median %.1f ms, slowest %.1f ms, fastest %.1f ms; target under %.0f ms: %s\n", median, times.back(),
+        times.front(), kTargetMs, median < kTargetMs ? "met" : "NOT met");
     return 0;
 }

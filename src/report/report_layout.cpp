@@ -40,7 +40,7 @@ std::vector<double> columnWidths(const Table& table, const TextMeasure& measure,
             continue;
         const std::size_t last = first + heading.span - 1;
         const double covered = std::accumulate(natural.begin() + static_cast<std::ptrdiff_t>(first),
-                                               natural.begin() + static_cast<std::ptrdiff_t>(last + 1), 0.0);
+            natural.begin() + static_cast<std::ptrdiff_t>(last + 1), 0.0);
         const double needed = measure.width(TextStyle::Heading, heading.text) + kCellGap;
         if (covered < needed)
             natural[last] += needed - covered;
@@ -73,9 +73,11 @@ std::vector<double> columnWidths(const Table& table, const TextMeasure& measure,
 class Layout {
 public:
     Layout(const Report& report, const TextMeasure& measure, PageGeometry geometry)
-        : report_(report), measure_(measure), geometry_(geometry),
-          available_(std::max(kCellGap, geometry.width - kLeftMargin - kRightMargin)),
-          body_(measure.lineHeight(TextStyle::Body))
+        : report_(report)
+        , measure_(measure)
+        , geometry_(geometry)
+        , available_(std::max(kCellGap, geometry.width - kLeftMargin - kRightMargin))
+        , body_(measure.lineHeight(TextStyle::Body))
     {
     }
 
@@ -112,8 +114,7 @@ private:
         y_ = kHeaderTop;
         // A long station name goes on under itself, clear of the page number.
         std::string number = pageNumberText(pages_.back().number);
-        const double width =
-            std::max(kCellGap, available_ - measure_.width(TextStyle::Header, number) - kCellGap);
+        const double width = std::max(kCellGap, available_ - measure_.width(TextStyle::Header, number) - kCellGap);
         const auto lines = wrapText(report_.header, width, TextStyle::Header, measure_);
         for (std::size_t i = 0; i < lines.size(); ++i) {
             place(TextStyle::Header, kLeftMargin, width, lines[i]);
@@ -139,15 +140,15 @@ private:
 
     void place(TextStyle style, double x, double width, std::string text, bool right = false)
     {
-        pages_.back().texts.push_back({style, x, y_, width, std::move(text), right});
+        pages_.back().texts.push_back({ style, x, y_, width, std::move(text), right });
     }
 
     double firstHeight(const Item& item) const
     {
         if (const auto* table = std::get_if<Table>(&item)) {
             const auto widths = columnWidths(*table, measure_, available_);
-            return headingBlock(*table, widths).height +
-                   (table->rows.empty() ? 0.0 : rowBlock(table->rows.front(), widths).height);
+            return headingBlock(*table, widths).height
+                + (table->rows.empty() ? 0.0 : rowBlock(table->rows.front(), widths).height);
         }
         return body_;
     }
@@ -246,12 +247,12 @@ private:
     {
         placeBlock(block, spans(table), widths, TextStyle::Heading);
         const double total = std::accumulate(widths.begin(), widths.end(), 0.0);
-        pages_.back().rules.push_back({kLeftMargin, kLeftMargin + total, y_ + kRuleGap / 2});
+        pages_.back().rules.push_back({ kLeftMargin, kLeftMargin + total, y_ + kRuleGap / 2 });
         y_ += kRuleGap;
     }
 
-    void placeBlock(const Block& block, const std::vector<std::size_t>& groups, const std::vector<double>& widths,
-                    TextStyle style)
+    void placeBlock(
+        const Block& block, const std::vector<std::size_t>& groups, const std::vector<double>& widths, TextStyle style)
     {
         const auto cellWidths = grouped(widths, groups);
         const double lineHeight = measure_.lineHeight(style);

@@ -40,7 +40,7 @@ inline constexpr double kCellGap = 120;
 struct PlacedText {
     TextStyle style = TextStyle::Body;
     double x = 0;
-    double y = 0;     // top of the line
+    double y = 0; // top of the line
     double width = 0; // the room the text was laid out in
     std::string text;
     bool alignRight = false;

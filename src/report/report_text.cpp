@@ -40,7 +40,7 @@ std::string reportText(const Report& report)
     for (const auto& section : report.sections) {
         out += section.title + '\n';
         for (const auto& item : section.items)
-            std::visit(ItemWriter{out}, item);
+            std::visit(ItemWriter { out }, item);
     }
     return out;
 }

@@ -25,10 +25,11 @@ constexpr double kRuleTwips = 10.0;
 class DeviceMeasure : public report::TextMeasure {
 public:
     explicit DeviceMeasure(QPaintDevice& device)
-        : twipsX_(kTwipsPerInch / device.logicalDpiX()), twipsY_(kTwipsPerInch / device.logicalDpiY())
+        : twipsX_(kTwipsPerInch / device.logicalDpiX())
+        , twipsY_(kTwipsPerInch / device.logicalDpiY())
     {
-        for (const auto style : {report::TextStyle::Header, report::TextStyle::Title, report::TextStyle::Body,
-                                 report::TextStyle::Heading})
+        for (const auto style : { report::TextStyle::Header, report::TextStyle::Title, report::TextStyle::Body,
+                 report::TextStyle::Heading })
             metrics_.emplace_back(reportFont(style), &device);
     }
 
@@ -46,13 +47,12 @@ private:
     std::vector<QFontMetricsF> metrics_;
 };
 
-void drawPage(QPainter& painter, const report::Page& page, const DeviceMeasure& measure, double pixelsX,
-              double pixelsY)
+void drawPage(QPainter& painter, const report::Page& page, const DeviceMeasure& measure, double pixelsX, double pixelsY)
 {
     for (const auto& text : page.texts) {
         painter.setFont(reportFont(text.style));
-        const QRectF box(text.x * pixelsX, text.y * pixelsY, text.width * pixelsX,
-                         measure.lineHeight(text.style) * pixelsY);
+        const QRectF box(
+            text.x * pixelsX, text.y * pixelsY, text.width * pixelsX, measure.lineHeight(text.style) * pixelsY);
         const Qt::Alignment align = (text.alignRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop;
         // Each text was measured to fit its box; nothing is clipped even if
         // the printer's rounding makes it a hair wider.
@@ -68,8 +68,8 @@ void drawPage(QPainter& painter, const report::Page& page, const DeviceMeasure& 
 QFont reportFont(report::TextStyle style)
 {
     QFont font(QStringLiteral("Arial CE"));
-    font.setFamilies({QStringLiteral("Arial CE"), QStringLiteral("Arial"), QStringLiteral("Liberation Sans"),
-                      QStringLiteral("DejaVu Sans")});
+    font.setFamilies({ QStringLiteral("Arial CE"), QStringLiteral("Arial"), QStringLiteral("Liberation Sans"),
+        QStringLiteral("DejaVu Sans") });
     font.setStyleHint(QFont::SansSerif);
     switch (style) {
     case report::TextStyle::Header:
@@ -90,8 +90,8 @@ QFont reportFont(report::TextStyle style)
     return font;
 }
 
-bool drawReportDocument(QPagedPaintDevice& device, const report::Report& report,
-                        const std::function<void(int page)>& onPage)
+bool drawReportDocument(
+    QPagedPaintDevice& device, const report::Report& report, const std::function<void(int page)>& onPage)
 {
     QPainter painter;
     if (!painter.begin(&device))
@@ -99,7 +99,7 @@ bool drawReportDocument(QPagedPaintDevice& device, const report::Report& report,
     const DeviceMeasure measure(device);
     const double pixelsX = device.logicalDpiX() / kTwipsPerInch;
     const double pixelsY = device.logicalDpiY() / kTwipsPerInch;
-    const report::PageGeometry geometry{device.width() / pixelsX, device.height() / pixelsY};
+    const report::PageGeometry geometry { device.width() / pixelsX, device.height() / pixelsY };
     const auto pages = report::layoutReport(report, measure, geometry);
     for (const auto& page : pages) {
         if (page.number > 1 && !device.newPage()) {
@@ -113,8 +113,8 @@ bool drawReportDocument(QPagedPaintDevice& device, const report::Report& report,
     return painter.end();
 }
 
-bool printReportCopies(QPrinter& printer, const report::Report& report, Interaction& ui,
-                       const std::function<void(int copy)>& beforeCopy)
+bool printReportCopies(
+    QPrinter& printer, const report::Report& report, Interaction& ui, const std::function<void(int copy)>& beforeCopy)
 {
     ui.showProgress(report::kPreparingText, true);
     const int copies = std::max(1, printer.copyCount());

@@ -29,8 +29,8 @@ QFont reportFont(report::TextStyle style);
 // ending it sends the document off. onPage(n) runs before page n is drawn.
 // False when the device fails (the printer is not ready, a file cannot be
 // written); the pages drawn so far stay.
-bool drawReportDocument(QPagedPaintDevice& device, const report::Report& report,
-                        const std::function<void(int page)>& onPage = {});
+bool drawReportDocument(
+    QPagedPaintDevice& device, const report::Report& report, const std::function<void(int page)>& onPage = {});
 
 // The print run on a printer the print dialog has set up: the copies it
 // chose become as many documents, each from page 1, while the progress
@@ -38,7 +38,7 @@ bool drawReportDocument(QPagedPaintDevice& device, const report::Report& report,
 // the run goes on to the last copy. A printer error ends the run silently.
 // beforeCopy(k) runs before copy k is started.
 bool printReportCopies(QPrinter& printer, const report::Report& report, Interaction& ui,
-                       const std::function<void(int copy)>& beforeCopy = {});
+    const std::function<void(int copy)>& beforeCopy = {});
 
 // btTisk: the print dialog (copies chosen there; on Windows without the
 // print-to-file box, elsewhere Qt's dialog offers PDF output), then the
