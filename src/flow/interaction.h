@@ -10,7 +10,9 @@
 namespace rm8 {
 
 enum class MessageIcon { Stop, Exclamation, Question, Information };
-enum class Buttons { Ok, YesNo, YesNoCancel };
+// YesNoDefaultNo: Ano and Ne with Ne the default, for a question whose Ano
+// goes ahead with something the technician was warned about.
+enum class Buttons { Ok, YesNo, YesNoCancel, YesNoDefaultNo };
 enum class Answer { Ok, Yes, No, Cancel };
 
 class Interaction {

@@ -10,9 +10,13 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QTabWidget>
+#include <QVBoxLayout>
 
+#include "editing/check_listing.h"
+#include "editing/configuration_check.h"
 #include "editing/field_leave.h"
 #include "editing/output_cross_check.h"
+#include "fields/compare_table.h"
 #include "fields/field_catalogue.h"
 #include "flow/file_flows.h"
 #include "flow/messages.h"
@@ -25,6 +29,8 @@
 #include "shell/port_settings_dialog.h"
 #include "shell/report_printer.h"
 #include "ui/analog_dialog.h"
+#include "ui/check_panel.h"
+#include "ui/compare_view.h"
 #include "ui/input_dialog.h"
 #include "ui/main_window.h"
 #include "ui/output_dialog.h"
@@ -165,6 +171,8 @@ MainController::MainController(ui::MainWindow& window, Interaction& ui, Options 
     connectButton("btInformace", &MainController::showAbout);
     connectButton("btKonec", &MainController::exitCommand);
     connectButton("btPortSettings", &MainController::editPortSettings);
+    connectButton("btPorovnatSoubor", &MainController::compareWithFile);
+    connectButton("btPorovnatStanici", &MainController::compareWithStation);
     (void)required<QComboBox>(window_, "tabPort");
     (void)required<QAbstractButton>(window_, "CheckWrite");
 
@@ -172,7 +180,15 @@ MainController::MainController(ui::MainWindow& window, Interaction& ui, Options 
     connect(&window_, &ui::MainWindow::rowDialogRequested, this,
             [this](RowTable table, int row) { runCommand([this, table, row] { editRow(table, row); }); });
     connect(&window_, &ui::MainWindow::settingsEdited, this, &MainController::showWhetherModified);
+    connect(&window_, &ui::MainWindow::settingsFilled, this, [this] {
+        refreshCheck();
+        // A configuration that came in with faults shows them at once.
+        if (window_.checkPanel()->errorCount() > 0)
+            window_.checkPanel()->setExpanded(true);
+    });
+    connect(&window_, &ui::MainWindow::connectionStateShown, this, &MainController::refreshCheck);
     kept_ = window_.currentSettings();
+    refreshCheck();
     window_.installEventFilter(this);
 }
 
@@ -283,6 +299,63 @@ void MainController::markKept()
 void MainController::showWhetherModified()
 {
     window_.setWindowModified(window_.currentSettings() != kept_);
+    refreshCheck();
+}
+
+void MainController::refreshCheck()
+{
+    window_.showCheck(listCheckReport(checkConfiguration(window_.currentSettings(), window_.eepromSize())));
+}
+
+bool MainController::writeDespiteViolations(const StationSettings& settings)
+{
+    const auto size = window_.eepromSize();
+    if (!outputCrossCheck(settings).empty() || (size && sizeCheck(settings, *size)))
+        return true; // the write flow refuses these with its own messages
+    const std::size_t violations = checkConfiguration(settings, size).violations.size();
+    return violations == 0
+           || ui_.ask(MessageIcon::Question, writeQuestion(violations), Buttons::YesNoDefaultNo) == Answer::Yes;
+}
+
+void MainController::compareWithFile()
+{
+    const auto path = chooseFile_(FileDialogKind::Open);
+    if (!path)
+        return;
+    EepromImage image;
+    StationSettings other;
+    if (loadSettingsFile(toPath(*path), image, other, *flowUi_) == FlowOutcome::Done)
+        showComparison(other, QStringLiteral("V souboru"));
+}
+
+void MainController::compareWithStation()
+{
+    if (!io_)
+        return;
+    EepromImage image;
+    StationSettings other;
+    if (link::readStation(*io_, image, other, window_.eepromSize().value_or(0)) == FlowOutcome::Done)
+        showComparison(other, QStringLiteral("Ve stanici"));
+}
+
+void MainController::showComparison(const StationSettings& other, const QString& otherHeading)
+{
+    // One window, kept open beside the pages while the technician looks
+    // through the differences; a new comparison replaces its table.
+    if (!comparison_) {
+        comparison_ = new QDialog(&window_);
+        comparison_->setObjectName(QStringLiteral("Porovnani"));
+        comparison_->setWindowTitle(QStringLiteral("Porovnání nastavení"));
+        auto* layout = new QVBoxLayout(comparison_);
+        auto* view = new ui::CompareView;
+        layout->addWidget(view);
+        connect(view, &ui::CompareView::entryActivated, this,
+                [this](const QString& field, int row) { window_.revealField(field, row - 1); });
+        comparison_->resize(760, 420);
+    }
+    comparison_->findChild<ui::CompareView*>()->setRows(compareTable(window_.currentSettings(), other), otherHeading);
+    comparison_->show();
+    comparison_->raise();
 }
 
 bool MainController::offerToSaveFirst()
@@ -354,6 +427,8 @@ void MainController::writeToStation()
             required<QTabWidget>(window_, "TabList")->setCurrentIndex(static_cast<int>(info->pageOfRow(first.row)));
         conflictCell = window_.field(QString::fromStdString(first.field), row);
     }
+    if (!writeDespiteViolations(settings_))
+        return;
     const auto checkWrite = required<QAbstractButton>(window_, "CheckWrite")->isChecked();
     const FlowOutcome outcome =
         link::writeStation(*io_, image_, settings_, window_.eepromSize().value_or(0), checkWrite);

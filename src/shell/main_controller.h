@@ -11,7 +11,9 @@
 #include <string>
 #include <vector>
 
+#include <QDialog>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include "flow/file_flows.h"
@@ -69,6 +71,10 @@ public:
     void saveToFile();
     void print();
     void showAbout();
+    // What the window's settings would change against a file or a station:
+    // the other side is read apart and never reaches the fields.
+    void compareWithFile();
+    void compareWithStation();
     // The dialog of a table's row, as a double-click or the row's button
     // asks for it.
     void editRow(RowTable table, int row);
@@ -108,6 +114,13 @@ private:
     // Asked before the program ends with settings that were never kept;
     // false when the technician chose to stay.
     bool offerToSaveFirst();
+    // The check panel for the settings now in the fields.
+    void refreshCheck();
+    void showComparison(const StationSettings& other, const QString& otherHeading);
+    // Before a write: settings that break the station's rules go only on
+    // an explicit Ano. The output cross-check and the size check are the
+    // write flow's own and come first.
+    bool writeDespiteViolations(const StationSettings& settings);
 
     ui::MainWindow& window_;
     Interaction& ui_;
@@ -124,6 +137,7 @@ private:
     StationSettings settings_;
     StationSettings kept_; // what the last load, save, read or write left
 
+    QPointer<QDialog> comparison_;
     bool busy_ = false;
     bool ending_ = false;
     bool closePending_ = false;

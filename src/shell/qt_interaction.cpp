@@ -87,6 +87,7 @@ Answer QtInteraction::ask(MessageIcon icon, std::string_view question, Buttons b
     case Buttons::Ok:
         break;
     case Buttons::YesNo:
+    case Buttons::YesNoDefaultNo:
         shown = QMessageBox::Yes | QMessageBox::No;
         escape = QMessageBox::No;
         break;
@@ -97,7 +98,9 @@ Answer QtInteraction::ask(MessageIcon icon, std::string_view question, Buttons b
     }
     QMessageBox box(boxIcon(icon), applicationTitle(), boxText(question), shown, owner_);
     box.setTextFormat(Qt::PlainText);
-    box.setDefaultButton(buttons == Buttons::Ok ? QMessageBox::Ok : QMessageBox::Yes);
+    box.setDefaultButton(buttons == Buttons::Ok               ? QMessageBox::Ok
+                         : buttons == Buttons::YesNoDefaultNo ? QMessageBox::No
+                                                              : QMessageBox::Yes);
     box.setEscapeButton(escape);
     box.exec();
     switch (box.standardButton(box.clickedButton())) {
@@ -111,7 +114,7 @@ Answer QtInteraction::ask(MessageIcon icon, std::string_view question, Buttons b
         return Answer::Ok;
     default:
         // Closed some other way: what Escape would have answered.
-        return buttons == Buttons::YesNo ? Answer::No : buttons == Buttons::YesNoCancel ? Answer::Cancel : Answer::Ok;
+        return buttons == Buttons::YesNoCancel ? Answer::Cancel : buttons == Buttons::Ok ? Answer::Ok : Answer::No;
     }
 }
 

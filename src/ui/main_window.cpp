@@ -21,6 +21,7 @@
 #include "fields/field_catalogue.h"
 #include "settings/used_size.h"
 #include "ui/field_names.h"
+#include "ui/check_panel.h"
 #include "ui/leave_watch.h"
 #include "ui/notice_box.h"
 
@@ -225,6 +226,7 @@ void MainWindow::fillSettings(const StationSettings& given)
     applyNotAuthorized();
     checkEnabled();
     updateMemoryDisplay();
+    emit settingsFilled();
 }
 
 void MainWindow::showConnectionState(std::string_view stateWord)
@@ -246,6 +248,7 @@ void MainWindow::showConnectionState(std::string_view stateWord)
         activate->setText(kActivate);
         eepromSave->setEnabled(false);
         eepromLoad->setEnabled(false);
+        field(QStringLiteral("btPorovnatStanici"))->setEnabled(false);
         for (const char* name : { "lblInfoModem", "lblInfoProdukt", "lblInfoVerze", "lblInfoPamSize" })
             field<QLabel>(QString::fromLatin1(name))->setText(kUnknown);
         updateMemoryDisplay();
@@ -257,6 +260,7 @@ void MainWindow::showConnectionState(std::string_view stateWord)
         port->setEnabled(false);
         portSettings->setEnabled(false);
         activate->setText(kDeactivate);
+        field(QStringLiteral("btPorovnatStanici"))->setEnabled(false);
         updateMemoryDisplay();
         emit hideProgressRequested();
     } else if (stateWord == "Aktivni") {
@@ -267,6 +271,7 @@ void MainWindow::showConnectionState(std::string_view stateWord)
         activate->setText(kDeactivate);
         eepromSave->setEnabled(true);
         eepromLoad->setEnabled(true);
+        field(QStringLiteral("btPorovnatStanici"))->setEnabled(true);
         updateMemoryDisplay();
     } else {
         return;
@@ -424,11 +429,26 @@ void MainWindow::applyFieldChanges(const std::vector<FieldChange>& changes)
     }
 }
 
+void MainWindow::showCheck(const std::vector<CheckEntry>& entries)
+{
+    checkPanel_->setEntries(entries);
+}
+
 bool MainWindow::revealField(const QString& name, int row)
 {
     const FieldInfo* info = findField(name.toStdString());
+    if (info == nullptr)
+        return false;
     QWidget* widget = field(name, row);
-    if (info == nullptr || widget == nullptr)
+    if (widget == nullptr && row >= 0) {
+        // Shown only by the row's dialog: its button leads there.
+        const Page page = info->pageOfRow(static_cast<std::size_t>(row));
+        const char* button = page == Page::DigitalInputs ? "tabINPbt"
+                             : page == Page::Outputs      ? "tabOUTbt"
+                                                          : "tabAINbt";
+        widget = field(QString::fromLatin1(button), row);
+    }
+    if (widget == nullptr)
         return false;
     field<QTabWidget>(QStringLiteral("TabList"))
         ->setCurrentIndex(static_cast<int>(info->pageOfRow(row < 0 ? 0 : static_cast<std::size_t>(row))));

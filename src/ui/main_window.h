@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "editing/check_listing.h"
 #include "editing/field_leave.h"
 #include "editing/row_labels.h"
 #include "link/session.h"
@@ -27,6 +28,7 @@ class QLineEdit;
 
 namespace rm8::ui {
 
+class CheckPanel;
 class LeaveWatch;
 
 class MainWindow : public QMainWindow {
@@ -65,8 +67,14 @@ public:
     void applyFieldChanges(const std::vector<FieldChange>& changes);
 
     // Shows the field's page and puts the focus into the field, its text
-    // selected; false when there is no such field.
+    // selected; a value that only a row dialog shows is revealed by the
+    // row's button. row -1 for a single field. False when there is no such
+    // field on any page.
     bool revealField(const QString& name, int row = -1);
+
+    // The violations and adjustments of the settings now in the fields.
+    void showCheck(const std::vector<CheckEntry>& entries);
+    CheckPanel* checkPanel() const { return checkPanel_; }
 
     // "Neaktivni", "Aktivni" or "Aktivni-spatna verze"; any other word
     // (also one with diacritics) changes nothing.
@@ -105,6 +113,8 @@ signals:
 
     // The technician changed a field (never while settings are filled in).
     void settingsEdited();
+    // fillSettings has put a whole configuration into the fields.
+    void settingsFilled();
 
 private:
     void buildWindow();
@@ -153,6 +163,7 @@ private:
     StationSettings kept_; // the dialog-only lists and the measuring ranges
     QHash<QString, QWidget*> named_;
     LeaveWatch* leaveWatch_ = nullptr;
+    CheckPanel* checkPanel_ = nullptr;
     // Which table a double-click on a row's field opens.
     QHash<QObject*, std::pair<RowTable, int>> rowOf_;
     std::optional<Page> refusedPage_;

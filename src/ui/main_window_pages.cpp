@@ -24,6 +24,7 @@
 #include <cassert>
 
 #include "fields/field_catalogue.h"
+#include "ui/check_panel.h"
 #include "ui/field_names.h"
 #include "ui/main_window.h"
 
@@ -155,6 +156,13 @@ void MainWindow::buildWindow()
     tabs->addTab(scrolled(buildAnalogPage(4)), u8("Analog. vstupy 5-8"));
     tabs->addTab(scrolled(buildPhonesPage()), u8("Tel. čísla"));
     layout->addWidget(tabs, 1);
+    // Folded to its title line until a loaded configuration breaks a rule:
+    // the pages keep their height at 1024x768.
+    checkPanel_ = named(new CheckPanel, QStringLiteral("Kontrola"));
+    checkPanel_->setExpanded(false);
+    connect(checkPanel_, &CheckPanel::entryActivated, this,
+        [this](const QString& name, int row) { revealField(name, row - 1); });
+    layout->addWidget(checkPanel_);
 
     auto* panels = new QHBoxLayout;
     panels->addWidget(buildLinkPanel());
@@ -527,7 +535,15 @@ QWidget* MainWindow::buildTransferPanel()
     grid->addWidget(
         command("btFileSave", "Do souboru", "Uložit nastavení do souboru", QStyle::SP_DialogSaveButton), 2, 1);
     grid->addWidget(command("btTisk", "Tisk", "Tisk nastavení", QStyle::SP_FileDialogDetailedView), 3, 0);
-    grid->setRowStretch(4, 1);
+    // What a load or a write would change, field by field.
+    grid->addWidget(command("btPorovnatSoubor", "Porovnat se souborem…",
+                        "Porovnat nastavení v okně s nastavením v souboru", QStyle::SP_FileDialogContentsView),
+        3, 1);
+    auto* compareStation = command("btPorovnatStanici", "Porovnat se stanicí",
+        "Porovnat nastavení v okně s nastavením ve stanici", QStyle::SP_FileDialogContentsView);
+    compareStation->setEnabled(false);
+    grid->addWidget(compareStation, 4, 0, 1, 2);
+    grid->setRowStretch(5, 1);
     return frame;
 }
 
