@@ -1,5 +1,7 @@
 #include "editing/row_model.h"
 
+#include <algorithm>
+
 #include "settings/conversions.h"
 
 namespace rm8 {
@@ -175,10 +177,14 @@ bool isNumber(std::string_view text)
     return true;
 }
 
-// v -> lower + upper - v, in the text form the fields use.
+// v -> lower + upper - v, written with the decimal separator the
+// technician used.
 std::string mirrored(const std::string& text, const MeasuringRange& range)
 {
-    return decimalText(range.lower + range.upper - textValue(text));
+    std::string result = decimalText(range.lower + range.upper - textValue(text));
+    if (text.find(',') != std::string::npos)
+        std::replace(result.begin(), result.end(), '.', ',');
+    return result;
 }
 
 } // namespace

@@ -122,11 +122,11 @@ TEST(RowModel, InvertingTheLevelsTwiceRestoresThem)
     row.range = {0, 10, 1, "V"};
     row.cl1 = "2";
     row.hcl1 = "0.5";
-    row.cl2 = "3.5";
+    row.cl2 = "3,5";
     row.hcl2 = "1";
     const AnalogRow before = row;
     invertAnalogLevels(row);
-    EXPECT_EQ(std::tie(row.cl1, row.hcl1, row.cl2, row.hcl2), std::tie("6.5", "1", "8", "0.5"));
+    EXPECT_EQ(std::tie(row.cl1, row.hcl1, row.cl2, row.hcl2), std::tie("6,5", "1", "8", "0.5"));
     invertAnalogLevels(row);
     EXPECT_EQ(row, before);
     row.cl2 = "x";
