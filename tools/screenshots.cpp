@@ -388,12 +388,16 @@ void shootEditing(rm8::ui::MainWindow& window, ScriptedTechnician& technician, C
 {
     using namespace rm8::ui;
     auto* tabs = window.findChild<QTabWidget*>(QStringLiteral("TabList"));
-    const auto button = [&window](const char* name) { return window.field<QAbstractButton>(QString::fromLatin1(name)); };
+    const auto button
+        = [&window](const char* name) { return window.field<QAbstractButton>(QString::fromLatin1(name)); };
 
     say(QStringLiteral("dialogy řádků"));
-    keep(shootRowDialog<InputDialog>(window, camera, "tabINPbt", 0, numbered(number++, QStringLiteral("dialog-vstup"))));
-    keep(shootRowDialog<OutputDialog>(window, camera, "tabOUTbt", 0, numbered(number++, QStringLiteral("dialog-vystup"))));
-    keep(shootRowDialog<AnalogDialog>(window, camera, "tabAINbt", 0, numbered(number++, QStringLiteral("dialog-analog"))));
+    keep(
+        shootRowDialog<InputDialog>(window, camera, "tabINPbt", 0, numbered(number++, QStringLiteral("dialog-vstup"))));
+    keep(shootRowDialog<OutputDialog>(
+        window, camera, "tabOUTbt", 0, numbered(number++, QStringLiteral("dialog-vystup"))));
+    keep(shootRowDialog<AnalogDialog>(
+        window, camera, "tabAINbt", 0, numbered(number++, QStringLiteral("dialog-analog"))));
     keep(shootRowDialog<PhoneDialog>(
         window, camera, "tabTCZmenit", 0, numbered(number++, QStringLiteral("dialog-tel-cislo"))));
     keep(shootRowDialog<AnalogDialog>(
