@@ -36,10 +36,12 @@ stage "benchmarks (figures only)"
 # Warnings are errors in the debug build, which builds the benchmarks too; the
 # optimiser's -Wrestrict false alarms in std::string (GCC 12) stay warnings here.
 cmake --preset release -DRM8_WERROR=OFF -DRM8_BUILD_TESTS=OFF -DRM8_BUILD_BENCH=ON -DRM8_BUILD_PROGRAMS=ON >/dev/null
-cmake --build --preset release --target codec_bench link_bench gui_bench
+cmake --build --preset release --target codec_bench check_bench link_bench gui_bench report_bench
 ./build/release/bench/codec_bench --benchmark_min_time=0.2
 # The line-rate part (a) takes minutes at 9,600 baud; run it by hand.
 ./build/release/bench/link_bench --only b
 ./build/release/bench/link_bench --only c
 QT_QPA_PLATFORM=offscreen ./build/release/bench/gui_bench
+./build/release/bench/check_bench --benchmark_min_time=0.2
+QT_QPA_PLATFORM=offscreen ./build/release/bench/report_bench
 stage
