@@ -8,6 +8,7 @@
 //                                no window is shown and no display is needed
 
 #include <cstdio>
+#include <tuple>
 #include <cstring>
 
 #include <QAbstractButton>
@@ -137,10 +138,13 @@ int main(int argc, char* argv[])
         window.setWindowTitle(window.windowTitle() + QStringLiteral(" (demo)"));
     rm8::shell::QtInteraction interaction(&window);
     // The read-back box keeps the technician's last choice between runs.
-    if (auto* checkWrite = window.field<QAbstractButton>(QStringLiteral("CheckWrite"))) {
-        checkWrite->setChecked(remembered.value(QStringLiteral("checkWrite"), true).toBool());
-        QObject::connect(checkWrite, &QAbstractButton::toggled,
-                         [](bool on) { QSettings().setValue(QStringLiteral("checkWrite"), on); });
+    // So does the backup box.
+    for (auto [name, key, initial] : {std::tuple{"CheckWrite", "checkWrite", true},
+                                      std::tuple{"CheckBackup", "backupBeforeWrite", false}}) {
+        auto* box = window.field<QAbstractButton>(QString::fromLatin1(name));
+        const QString setting = QString::fromLatin1(key);
+        box->setChecked(remembered.value(setting, initial).toBool());
+        QObject::connect(box, &QAbstractButton::toggled, [setting](bool on) { QSettings().setValue(setting, on); });
     }
 
     rm8::shell::MainController::Options options;

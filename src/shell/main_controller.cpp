@@ -1,11 +1,14 @@
 #include "shell/main_controller.h"
 
+#include <ctime>
 #include <filesystem>
 #include <utility>
 #include <stdexcept>
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QDir>
+#include <QStandardPaths>
 #include <QEvent>
 #include <QFile>
 #include <QFileDialog>
@@ -21,6 +24,7 @@
 #include "flow/file_flows.h"
 #include "flow/messages.h"
 #include "link/session.h"
+#include "link/station_backup.h"
 #include "link/station_flows.h"
 #include "report/report_content.h"
 #include "serial/qt_serial_line.h"
@@ -156,7 +160,10 @@ MainController::MainController(ui::MainWindow& window, Interaction& ui, Options 
                                             return chooseSettingsFile(&window_, kind);
                                         })),
       systemPorts_(options.systemPorts ? std::move(options.systemPorts) : systemSerialPorts),
-      remember_(std::move(options.remember))
+      remember_(std::move(options.remember)),
+      backupFolder_(options.backupFolder.isEmpty()
+                        ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/zalohy")
+                        : std::move(options.backupFolder))
 {
     const auto connectButton = [this](const char* name, void (MainController::*command)()) {
         connect(required<QAbstractButton>(window_, name), &QAbstractButton::clicked, this,
@@ -175,6 +182,7 @@ MainController::MainController(ui::MainWindow& window, Interaction& ui, Options 
     connectButton("btPorovnatStanici", &MainController::compareWithStation);
     (void)required<QComboBox>(window_, "tabPort");
     (void)required<QAbstractButton>(window_, "CheckWrite");
+    (void)required<QAbstractButton>(window_, "CheckBackup");
 
     connect(&window_, &ui::MainWindow::hideProgressRequested, this, [this] { ui_.hideProgress(); });
     connect(&window_, &ui::MainWindow::rowDialogRequested, this,
@@ -317,6 +325,25 @@ bool MainController::writeDespiteViolations(const StationSettings& settings)
            || ui_.ask(MessageIcon::Question, writeQuestion(violations), Buttons::YesNoDefaultNo) == Answer::Yes;
 }
 
+bool MainController::backUpBeforeWrite()
+{
+    if (!required<QAbstractButton>(window_, "CheckBackup")->isChecked())
+        return true;
+    if (!QDir().mkpath(backupFolder_)) {
+        ui_.message(MessageIcon::Stop, "Nelze vytvořit složku záloh " + backupFolder_.toStdString());
+        return false;
+    }
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    const QString file
+        = QDir(backupFolder_).filePath(QString::fromStdString(link::backupFileName(local, settings_.tabJmenoStanice)));
+    if (link::backupStation(*io_, window_.eepromSize().value_or(0), toPath(file)) != FlowOutcome::Done)
+        return false;
+    ui_.message(MessageIcon::Information, "Dosavadní obsah stanice byl uložen do souboru " + file.toStdString());
+    return true;
+}
+
 void MainController::compareWithFile()
 {
     const auto path = chooseFile_(FileDialogKind::Open);
@@ -428,6 +455,10 @@ void MainController::writeToStation()
         conflictCell = window_.field(QString::fromStdString(first.field), row);
     }
     if (!writeDespiteViolations(settings_))
+        return;
+    // Only a write that will go ahead is worth a backup.
+    const auto size = window_.eepromSize();
+    if (conflicts.empty() && !(size && sizeCheck(settings_, *size)) && !backUpBeforeWrite())
         return;
     const auto checkWrite = required<QAbstractButton>(window_, "CheckWrite")->isChecked();
     const FlowOutcome outcome =

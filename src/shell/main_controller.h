@@ -51,6 +51,9 @@ public:
         std::function<std::vector<SystemPort>()> systemPorts;
         // Called with the new assignments after the port dialog was confirmed.
         std::function<void(const link::PortMap&)> remember;
+        // Where backups of a station's previous content go; the user's
+        // application data folder by default.
+        QString backupFolder;
     };
 
     MainController(ui::MainWindow& window, Interaction& ui, Options options);
@@ -121,6 +124,9 @@ private:
     // an explicit Ano. The output cross-check and the size check are the
     // write flow's own and come first.
     bool writeDespiteViolations(const StationSettings& settings);
+    // With "Před zápisem zálohovat obsah stanice" ticked: the station read
+    // into a new file of the backup folder; false when that failed.
+    bool backUpBeforeWrite();
 
     ui::MainWindow& window_;
     Interaction& ui_;
@@ -130,6 +136,7 @@ private:
     FileChooser chooseFile_;
     std::function<std::vector<SystemPort>()> systemPorts_;
     std::function<void(const link::PortMap&)> remember_;
+    QString backupFolder_;
 
     std::unique_ptr<link::SerialLine> line_;
     std::unique_ptr<link::LineIo> io_;

@@ -529,7 +529,14 @@ QWidget* MainWindow::buildTransferPanel()
     // holds it: on unless the technician chooses otherwise.
     auto* checkWrite = named(new QCheckBox(u8("Kontrolovat zápis do EEPROM")), QStringLiteral("CheckWrite"));
     checkWrite->setChecked(true);
-    grid->addWidget(checkWrite, 1, 0, 1, 2);
+    auto* boxes = new QVBoxLayout;
+    boxes->setSpacing(0);
+    boxes->addWidget(checkWrite);
+    // A station's previous content kept in a file before it is overwritten.
+    auto* backup = named(new QCheckBox(u8("Před zápisem zálohovat obsah stanice")), QStringLiteral("CheckBackup"));
+    backup->setToolTip(u8("Před každým zápisem uložit dosavadní obsah EEPROM stanice do složky záloh"));
+    boxes->addWidget(backup);
+    grid->addLayout(boxes, 1, 0, 1, 2);
     grid->addWidget(
         command("btFileLoad", "Ze souboru", "Načíst nastavení ze souboru", QStyle::SP_DialogOpenButton), 2, 0);
     grid->addWidget(
