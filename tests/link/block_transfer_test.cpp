@@ -7,6 +7,7 @@
 #include "link/block_transfer.h"
 #include "settings/image_encoder.h"
 #include "flow/file_flows.h"
+#include "link/station_backup.h"
 #include "link/station_flows.h"
 #include "settings/image_header.h"
 #include "settings/used_size.h"
@@ -149,6 +150,19 @@ TEST(StationFlows, AWriteThatStopsLeavesTheImageToSaveAsBefore)
         ASSERT_EQ(saveSettingsFile(dir / (name + ".eep"), image, settings, ui), FlowOutcome::Done);
         EXPECT_EQ(test::readBytes(dir / (name + ".eep")), test::readBytes(dir / "before.eep")) << name;
     }
+}
+
+// A backup's file name: when, and which station, in characters any file
+// system takes.
+TEST(StationBackup, FileNameCarriesTheTimeAndTheStationsName)
+{
+    std::tm when{};
+    when.tm_year = 125, when.tm_mon = 2, when.tm_mday = 1, when.tm_hour = 14, when.tm_min = 5, when.tm_sec = 9;
+    for (const auto& [name, file] : std::vector<std::pair<std::string, std::string>>{
+             {"Čerpadlo 2", "2025-03-01 14-05-09 Čerpadlo 2.eep"}, {"a/b:c*?", "2025-03-01 14-05-09 a_b_c__.eep"},
+             {"", "2025-03-01 14-05-09 stanice.eep"}, {" ..Vrt. ", "2025-03-01 14-05-09 Vrt.eep"},
+             {" . ", "2025-03-01 14-05-09 stanice.eep"}})
+        EXPECT_EQ(link::backupFileName(when, name), file);
 }
 
 // Block replies carry no address: a reply that came after its request had
