@@ -7,72 +7,25 @@
 
 #include "editing/check_listing.h"
 #include "flow/messages.h"
+#include "controller_rig.h"
 #include "modal_helpers.h"
-#include "shell/main_controller.h"
 #include "shell/port_settings_dialog.h"
 #include "shell/qt_interaction.h"
-#include "sim/pty_station.h"
-#include "support/recording_interaction.h"
-#include "ui/main_window.h"
-#include "window_tests.h"
 
 using namespace rm8;
 using rm8::shell::MainController;
 using rm8::shell::test::onNextModal;
+using rm8::shell::test::q;
+using rm8::shell::test::Rig;
 using rm8::test::qs;
 
 namespace {
-
-const auto q = [](std::string_view text) { return QString::fromUtf8(text.data(), qsizetype(text.size())); };
 
 const QString kStillProgramming = QStringLiteral("Zařízení nebylo deaktivováno a je zřejmě stále v programovacím módu. "
                                                  "Má se zařízení před ukončením programu deaktivovat?");
 
 const QString kUnsavedSettings = QStringLiteral("Nastavení bylo změněno a nebylo uloženo do souboru ani do EEPROM. "
                                                 "Uložit je před ukončením programu do souboru?");
-
-// The window and its commands; "COM 1" is the simulated station, the other
-// entries have no device.
-struct Rig {
-    explicit Rig(sim::StationProfile profile = {}, MainController::Options options = {}, Interaction* shown = nullptr)
-        : station(sim::StationSimulator(profile))
-    {
-        station.start();
-        options.ports = link::PortMap();
-        options.ports.set(1, station.path());
-        controller = new MainController(window, shown ? *shown : ui, std::move(options));
-        window.show();
-    }
-    template <class W = QAbstractButton> W* widget(const char* name) { return window.findChild<W*>(name); }
-    void click(const char* name) { QTest::mouseClick(widget(name), Qt::LeftButton); }
-    QString text(const char* name) { return widget<QLabel>(name)->text(); }
-    void type(const char* name, const QString& text)
-    {
-        widget<QLineEdit>(name)->clear();
-        QTest::keyClicks(widget<QLineEdit>(name), text);
-    }
-    StationSettings fields() const
-    {
-        StationSettings settings;
-        window.readSettings(settings);
-        return settings;
-    }
-    std::size_t requests(std::uint8_t code) const
-    {
-        const auto all = station.requests();
-        return std::size_t(std::count_if(all.begin(), all.end(), [code](auto& r) { return r.front() == code; }));
-    }
-    bool activate()
-    {
-        click("btDEA");
-        return widget("btDEA")->text() == QStringLiteral("Deaktivovat");
-    }
-
-    test::RecordingInteraction ui; // outlives the window and its commands
-    sim::PtyStation station;
-    ui::MainWindow window;
-    MainController* controller = nullptr; // owned by the window
-};
 
 } // namespace
 

@@ -1,0 +1,444 @@
+// What the real window and its commands add to the editing rules, the row
+// dialogs and the check panel (each tested on its own): the message box of a
+// field left with a bad text, the page and the focus after it, the texts the
+// window replaces, the battery mirror, the row dialogs opened from the
+// tables, the check panel after a load, and the comparison with a station.
+// Every message box is answered with OK by a bounded watch.
+
+#include "controller_rig.h"
+#include "editing/field_leave.h"
+#include "fields/settings_json.h"
+#include "flow/messages.h"
+#include "modal_helpers.h"
+#include "settings/image_encoder.h"
+#include "settings/settings_file.h"
+#include "ui/check_panel.h"
+#include "ui/compare_view.h"
+#include "ui/row_dialog.h"
+
+using namespace rm8;
+using rm8::shell::MainController;
+using rm8::shell::test::onNextModal;
+using rm8::shell::test::q;
+using rm8::shell::test::Rig;
+
+namespace {
+
+struct Box {
+    QString title;
+    QString text;
+    QMessageBox::Icon icon;
+};
+
+// Runs act and answers with OK every message box that follows it, until
+// none has come for a while; what the boxes said. Each watch arms the next
+// before its box closes, so a second box cannot slip through.
+QList<Box> boxesAfter(const std::function<void()>& act)
+{
+    QList<Box> boxes;
+    std::shared_ptr<QString> watch;
+    std::function<void()> arm = [&] {
+        watch = onNextModal<QMessageBox>(QStringLiteral("a message box"), [&](QMessageBox* box) {
+            boxes.append({ box->windowTitle(), box->text(), box->icon() });
+            arm();
+            box->button(QMessageBox::Ok)->click();
+            // As a desktop does: the window behind the box is active again.
+            if (box->parentWidget())
+                box->parentWidget()->window()->activateWindow();
+        });
+    };
+    arm();
+    act();
+    for (qsizetype seen = -1; seen != boxes.size() && boxes.size() < 4;) {
+        seen = boxes.size();
+        QTest::qWait(200);
+    }
+    return boxes;
+}
+
+QTabWidget* tabs(Rig& rig)
+{
+    return rig.widget<QTabWidget>("TabList");
+}
+
+int pageOf(Rig& rig, const QWidget* widget)
+{
+    for (int page = 0; page < tabs(rig)->count(); ++page)
+        if (tabs(rig)->widget(page)->isAncestorOf(widget))
+            return page;
+    return -1;
+}
+
+// On the widget's page, as the technician sees it.
+template <class W = QLineEdit> W* shown(Rig& rig, const QString& name)
+{
+    auto* widget = rig.window.findChild<W*>(name);
+    if (widget)
+        tabs(rig)->setCurrentIndex(pageOf(rig, widget));
+    return widget;
+}
+
+// Near the indicator: a check or option button may be wider than its caption.
+void tick(QAbstractButton* button)
+{
+    QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(6, button->height() / 2));
+}
+
+void typeInto(QLineEdit* edit, const QString& text)
+{
+    edit->setFocus(Qt::MouseFocusReason);
+    edit->selectAll();
+    QTest::keyClicks(edit, text);
+}
+
+// Leaves the field for another page, which takes the focus with it.
+QList<Box> leave(Rig& rig, QLineEdit* edit)
+{
+    return boxesAfter([&] { tabs(rig)->setCurrentIndex((pageOf(rig, edit) + 1) % tabs(rig)->count()); });
+}
+
+// The station's EEPROM holding the settings, as a write would leave it.
+std::vector<std::uint8_t> stationMemory(const StationSettings& settings, std::uint8_t memorySizeCode)
+{
+    EepromImage image(0xFF);
+    (void)encodeImage(settings, image);
+    return { image.bytes().begin(), image.bytes().begin() + qsizetype(sim::memoryBytes(memorySizeCode) + 64) };
+}
+
+std::vector<std::uint8_t> stationMemory(const char* file, std::uint8_t memorySizeCode)
+{
+    EepromImage image(0xFF);
+    (void)readImageFile(rm8::test::dataDir() / file, image);
+    return { image.bytes().begin(), image.bytes().begin() + qsizetype(sim::memoryBytes(memorySizeCode) + 64) };
+}
+
+QString dataPath(const char* file)
+{
+    return QString::fromStdString((rm8::test::dataDir() / file).string());
+}
+
+} // namespace
+
+class TestWindowEditing : public QObject {
+    Q_OBJECT
+    std::unique_ptr<Rig> rig;
+    QString chosenFile; // what the file dialog returns
+    MainController::Options options()
+    {
+        MainController::Options options;
+        options.fileChooser = [this](shell::FileDialogKind) { return std::optional(chosenFile); };
+        return options;
+    }
+
+private slots:
+    void init()
+    {
+        rig.reset(new Rig({}, options()));
+        QVERIFY(QTest::qWaitForWindowActive(&rig->window));
+    }
+    void cleanup()
+    {
+        QVERIFY2(!rig->ui.unscripted, "a question came that the test did not expect");
+        rig.reset();
+    }
+
+    void refusedFieldKeepsFocusAndText_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("message");
+        const QString keywords = QStringLiteral("STATE;STAV;BACK;NOBACK;RESET;SHUTDOWN;NAME;ZPET;NEZPET;JMENO");
+        QTest::newRow("PIN") << "tabPIN"
+                             << "12a4"
+                             << "PIN je špatně zadán.";
+        QTest::newRow("SMS validity") << "tabDobaPlatnostiSMS"
+                                      << "0"
+                                      << "Doba platnosti SMS zprávy je špatně zadána. Povolená hodnota je číslo 1 až "
+                                         "30 včetně.";
+        QTest::newRow("input name") << "tabINPNazev_1"
+                                    << "st"
+                                    << "Název vstupu nesmí být žádné z těchto klíčových slov (ani jejich předpony): "
+                + keywords;
+        QTest::newRow("output name") << "tabOUTNazev_2"
+                                     << "A B"
+                                     << "Název výstupu může obsahovat pouze tyto znaky: "
+                                        "_0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
+        QTest::newRow("phone") << "tabTC_3"
+                               << "06abc"
+                               << "Telefonní číslo je špatně zadáno.";
+        QTest::newRow("level") << "tabAINCL1Level_5"
+                               << "1x"
+                               << "Číslo je chybně zadáno.";
+    }
+    // One stop box, titled with the program's name; then the field's page,
+    // the focus in the field and its text, as typed, selected.
+    void refusedFieldKeepsFocusAndText()
+    {
+        QFETCH(QString, field);
+        QFETCH(QString, typed);
+        QFETCH(QString, message);
+        auto* edit = shown(*rig, field);
+        QVERIFY(edit);
+        typeInto(edit, typed);
+        const QList<Box> boxes = leave(*rig, edit);
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes[0].title, QStringLiteral("RM8"));
+        QCOMPARE(boxes[0].text, message);
+        QCOMPARE(boxes[0].icon, QMessageBox::Critical);
+        QCOMPARE(tabs(*rig)->currentIndex(), pageOf(*rig, edit));
+        QCOMPARE(rig->window.focusWidget(), edit); // the window's, whether or not it is active again
+        QCOMPARE(edit->text(), typed);
+        QCOMPARE(edit->selectedText(), typed);
+    }
+
+    // Texts the window replaces on leaving, without a message.
+    void leavingReplacesClampedAndPrefixedTexts()
+    {
+        tick(shown<QAbstractButton>(*rig, QStringLiteral("opEnablePS1")));
+        tick(shown<QAbstractButton>(*rig, QStringLiteral("tabUTOEnable")));
+        const std::pair<const char*, QString> typed[]
+            = { { "tabOUTimpulsLEN_0", "30" }, { "eePSOnH", "2" }, { "eePSOnM", "125" }, { "tabTC_0", "0601234567" } };
+        for (const auto& [name, text] : typed) {
+            auto* edit = shown(*rig, QString::fromLatin1(name));
+            typeInto(edit, text);
+            QVERIFY(leave(*rig, edit).isEmpty());
+        }
+        const StationSettings fields = rig->fields();
+        QCOMPARE(fields.tabOUTimpulsLEN[0], "25.5");
+        QCOMPARE(fields.eePSOnH, "4");
+        QCOMPARE(fields.eePSOnM, "5");
+        QCOMPARE(fields.tabTC[0], "+420601234567");
+    }
+
+    // A permission without a number is cleared with its message: when the
+    // number is cleared, and when the box is clicked with none.
+    void permissionNeedsANumber()
+    {
+        const QString message
+            = QStringLiteral("Pokud není zadáno telefonní číslo musí být zaškrtávací pole 'Příjem' nezaškrtnuté.");
+        auto* number = shown(*rig, QStringLiteral("tabTC_2"));
+        typeInto(number, QStringLiteral("+420601234567"));
+        auto* receive = rig->widget<QCheckBox>("tabTCPrijem_2");
+        const auto clickBox = [](QCheckBox* box) { return boxesAfter([box] { tick(box); }); };
+        QVERIFY(clickBox(receive).isEmpty()); // the number is judged here too
+        QVERIFY(receive->isChecked());
+        typeInto(number, QString());
+        QTest::keyClick(number, Qt::Key_Delete);
+        auto boxes = leave(*rig, number);
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes[0].text, message);
+        QCOMPARE(boxes[0].icon, QMessageBox::Warning);
+        QVERIFY(!receive->isChecked());
+
+        auto* event = shown<QCheckBox>(*rig, QStringLiteral("tabTCUdalost_4"));
+        boxes = clickBox(event);
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes[0].text,
+            QStringLiteral("Pokud není zadáno telefonní číslo musí být zaškrtávací pole 'Události' nezaškrtnuté."));
+        QVERIFY(!event->isChecked());
+    }
+
+    // The battery text and the battery row's falling-level text are one:
+    // each keystroke in either shows in the other, and a load leaves no
+    // text of the configuration before it.
+    void batteryTextFollowsTheBatteryRow()
+    {
+        const std::pair<const char*, const char*> pairs[]
+            = { { "rtBattLow", "tabAINCL1Dn_7" }, { "tabAINCL1Dn_7", "rtBattLow" } };
+        for (const auto& [typedName, mirrorName] : pairs) {
+            auto* typed = shown(*rig, QString::fromLatin1(typedName));
+            auto* mirror = rig->widget<QLineEdit>(mirrorName);
+            typed->setFocus();
+            typed->selectAll();
+            const QString text = QStringLiteral("Slaba baterie ") + QLatin1String(typedName);
+            for (qsizetype length = 1; length <= text.size(); ++length) {
+                QTest::keyClick(typed, text[length - 1].toLatin1());
+                QCOMPARE(mirror->text(), text.left(length));
+            }
+        }
+        rig->widget<QLineEdit>("tabJmenoStanice")->setFocus(); // leaves the row's text, which is fine
+        QTest::qWait(50);
+        chosenFile = dataPath("full.eep");
+        rig->click("btFileLoad");
+        QCOMPARE(rig->widget<QLineEdit>("rtBattLow")->text(), rig->widget<QLineEdit>("tabAINCL1Dn_7")->text());
+        QVERIFY(!rig->widget<QLineEdit>("rtBattLow")->text().contains(QStringLiteral("Slaba")));
+    }
+
+    // A command does not act on a refused text, and its box comes once.
+    void commandStopsAtARefusedField()
+    {
+        QVERIFY(rig->activate());
+        typeInto(shown(*rig, QStringLiteral("tabPIN")), QStringLiteral("12a4"));
+        const QList<Box> boxes = boxesAfter([&] { rig->click("btEEPROMSave"); });
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes[0].text, QStringLiteral("PIN je špatně zadán."));
+        QCOMPARE(rig->requests(5), std::size_t(0));
+        QCOMPARE(rig->window.focusWidget(), rig->widget<QLineEdit>("tabPIN"));
+    }
+
+    void rowDialogsOpenFromTheTables_data()
+    {
+        for (const char* column : { "opener", "dialog", "caption", "edit", "field" })
+            QTest::addColumn<QString>(column);
+        QTest::addColumn<int>("row");
+        QTest::addColumn<bool>("confirm");
+        QTest::newRow("input name") << "tabINPNazev"
+                                    << "Vstup"
+                                    << "Vstup IN3"
+                                    << "INPNazev"
+                                    << "tabINPNazev" << 2 << true;
+        QTest::newRow("input button") << "tabINPbt"
+                                      << "Vstup"
+                                      << "Vstup IN8"
+                                      << "INPNazev"
+                                      << "tabINPNazev" << 7 << false;
+        QTest::newRow("output button") << "tabOUTbt"
+                                       << "Vystup"
+                                       << "Vystup OUT1"
+                                       << "OUTNazev"
+                                       << "tabOUTNazev" << 0 << false;
+        QTest::newRow("output impulse") << "tabOUTimpulsLEN"
+                                        << "Vystup"
+                                        << "Vystup OUT6"
+                                        << "OUTNazev"
+                                        << "tabOUTNazev" << 5 << true;
+        QTest::newRow("battery row") << "tabAINCL1Dn"
+                                     << "Analog"
+                                     << "Analog BAT"
+                                     << "AINNazev"
+                                     << "tabAINNazev" << 7 << false;
+        QTest::newRow("analog button") << "tabAINbt"
+                                       << "Analog"
+                                       << "Analog AIN5"
+                                       << "AINNazev"
+                                       << "tabAINNazev" << 4 << true;
+        QTest::newRow("phone button") << "tabTCZmenit"
+                                      << "TelCislo"
+                                      << "Telefonní číslo T4"
+                                      << "TC"
+                                      << "tabTC" << 3 << true;
+        QTest::newRow("phone number") << "tabTC"
+                                      << "TelCislo"
+                                      << "Telefonní číslo T2"
+                                      << "TC"
+                                      << "tabTC" << 1 << false;
+    }
+    // A double-click on a row's field or the row's button opens the row's
+    // dialog; OK brings an edited text into the table, Storno nothing.
+    void rowDialogsOpenFromTheTables()
+    {
+        QFETCH(QString, opener);
+        QFETCH(QString, dialog);
+        QFETCH(QString, caption);
+        QFETCH(QString, edit);
+        QFETCH(QString, field);
+        QFETCH(int, row);
+        QFETCH(bool, confirm);
+        const StationSettings before = rig->fields();
+        const QString text = QStringLiteral("ZMENA1");
+        QString opened;
+        const auto wait = onNextModal<ui::RowDialog>(dialog, [&](ui::RowDialog* shownDialog) {
+            opened = shownDialog->objectName() + u'|' + shownDialog->windowTitle();
+            shownDialog->findChild<QLineEdit*>(edit)->setText(edit == u"TC" ? QStringLiteral("+420601234567") : text);
+            QTest::mouseClick(shownDialog->findChild<QPushButton*>(confirm ? "btOk" : "btStorno"), Qt::LeftButton);
+        });
+        QWidget* target = shown<QWidget>(*rig, opener + u'_' + QString::number(row));
+        if (qobject_cast<QPushButton*>(target))
+            QTest::mouseClick(target, Qt::LeftButton);
+        else
+            QTest::mouseDClick(target, Qt::LeftButton);
+        QVERIFY2(wait->isEmpty(), qPrintable(*wait));
+        QCOMPARE(opened, dialog + u'|' + caption);
+        StationSettings expected = before;
+        if (confirm)
+            applyChange(expected,
+                { field.toStdString(), std::size_t(row), edit == u"TC" ? "+420601234567" : text.toStdString(), {} });
+        QVERIFY(rig->fields() == expected);
+        QCOMPARE(rig->window.isWindowModified(), confirm);
+    }
+
+    // Read, every row dialog confirmed unchanged, written: not a byte of
+    // the station changes. The settings break no rule (full.eep's names
+    // with diacritics would be refused on OK, as they should).
+    void everyDialogConfirmedChangesNoByte()
+    {
+        auto clean = rm8::test::readJson(rm8::test::dataDir() / "editing/clean.json");
+        clean.erase("eepromSize");
+        const auto settings = settingsFromJson(clean);
+        QVERIFY(settings.hasValue());
+        sim::StationProfile profile;
+        rig.reset(new Rig(profile, options(), nullptr, stationMemory(*settings, profile.memorySizeCode)));
+        QVERIFY(QTest::qWaitForWindowActive(&rig->window));
+        const std::vector<std::uint8_t> stored = rig->station.eeprom();
+        QVERIFY(rig->activate());
+        rig->click("btEEPROMLoad");
+        QCOMPARE(q(rig->ui.messages.back().text), q(messages::kStationReadDone));
+        for (const char* button : { "tabINPbt", "tabOUTbt", "tabAINbt", "tabTCZmenit" }) {
+            for (int row = 0; row < int(kRows); ++row) {
+                const QString name = QString::fromLatin1(button) + u'_' + QString::number(row);
+                QStringList refused;
+                const auto wait = onNextModal<ui::RowDialog>(name, [&refused](ui::RowDialog* dialog) {
+                    for (const Box& box : boxesAfter(
+                             [dialog] { QTest::mouseClick(dialog->findChild<QPushButton*>("btOk"), Qt::LeftButton); }))
+                        refused << box.text;
+                });
+                QTest::mouseClick(shown<QPushButton>(*rig, name), Qt::LeftButton);
+                QVERIFY2(refused.isEmpty(), qPrintable(name + u' ' + refused.join(u'|')));
+                QVERIFY2(wait->isEmpty(), qPrintable(*wait));
+            }
+        }
+        QVERIFY(!rig->window.isWindowModified());
+        rig->ui.answers = { Answer::Yes };
+        rig->click("btEEPROMSave");
+        QCOMPARE(q(rig->ui.messages.back().text), q(messages::kStationWriteDone));
+        QVERIFY(rig->requests(5) > 0);
+        QVERIFY(rig->station.eeprom() == stored);
+    }
+
+    // A loaded file that breaks a rule unfolds the panel with its count; an
+    // entry leads to its field. The caption marks edits until a save.
+    void checkPanelAndModifiedMark()
+    {
+        chosenFile = dataPath("header_checksum_13.eep");
+        rig->click("btFileLoad");
+        auto* panel = rig->window.checkPanel();
+        QCOMPARE(panel->title(), QStringLiteral("Kontrola nastavení: 1 chyba"));
+        QVERIFY(panel->isExpanded());
+        QVERIFY(!rig->window.isWindowModified());
+
+        rig->type("tabJmenoStanice", QStringLiteral("Vodarna"));
+        QVERIFY(rig->window.isWindowModified());
+        QTemporaryDir scratch;
+        chosenFile = scratch.filePath(QStringLiteral("ulozene.eep"));
+        rig->click("btFileSave");
+        QVERIFY(!rig->window.isWindowModified());
+
+        auto* list = panel->findChild<QTreeWidget*>(QStringLiteral("lstKontrola"));
+        tabs(*rig)->setCurrentIndex(0);
+        emit list->itemActivated(list->topLevelItem(0), 0);
+        auto* field = rig->widget<QLineEdit>("rtNotAuthorized");
+        QCOMPARE(tabs(*rig)->currentIndex(), pageOf(*rig, field));
+        QCOMPARE(rig->window.focusWidget(), field);
+        QCOMPARE(field->selectedText(), field->text());
+    }
+
+    // The station is read apart: the comparison lists what differs and the
+    // window's settings stay as they were.
+    void comparisonWithTheStation()
+    {
+        sim::StationProfile profile;
+        rig.reset(new Rig(profile, options(), nullptr, stationMemory("full.eep", profile.memorySizeCode)));
+        QVERIFY(rig->activate());
+        rig->type("tabJmenoStanice", QStringLiteral("Vodarna"));
+        const StationSettings before = rig->fields();
+        rig->click("btPorovnatStanici");
+        auto* comparison = rig->window.findChild<QDialog*>(QStringLiteral("Porovnani"));
+        QVERIFY(comparison && comparison->isVisible());
+        QVERIFY(comparison->findChild<ui::CompareView*>()->rowCount() > 0);
+        QVERIFY(rig->fields() == before);
+        QVERIFY(rig->window.isWindowModified());
+    }
+};
+
+QTEST_MAIN(TestWindowEditing)
+#include "tst_window_editing.moc"
