@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 
 #include <poll.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
@@ -161,15 +162,22 @@ TEST(Rm8ctl, OutputReachesAPipeWhileItRuns)
                             .c_str(),
         "r");
     ASSERT_NE(out, nullptr);
-    char text[512] = {};
-    ASSERT_NE(std::fgets(text, sizeof text, out), nullptr);
-    const pid_t pid = std::stoi(text);
+    // Read without stdio's buffer, so that poll sees all that has come.
+    std::string said;
     pollfd waiting{::fileno(out), POLLIN, 0};
-    const bool came = ::poll(&waiting, 1, 10000) == 1 && std::fgets(text, sizeof text, out) != nullptr;
-    ::kill(pid, SIGTERM);
+    char chunk[512];
+    while (std::count(said.begin(), said.end(), '\n') < 2 && ::poll(&waiting, 1, 10000) == 1) {
+        const ssize_t n = ::read(waiting.fd, chunk, sizeof chunk);
+        if (n <= 0)
+            break;
+        said.append(chunk, static_cast<std::size_t>(n));
+    }
+    const bool came = std::count(said.begin(), said.end(), '\n') >= 2;
+    if (const pid_t pid = std::atoi(said.c_str()); pid > 0)
+        ::kill(pid, SIGTERM);
     (void)::pclose(out);
-    ASSERT_TRUE(came) << "nothing while the program ran";
-    EXPECT_TRUE(std::string(text).starts_with("Uveďte zařízení do vypnutého stavu")) << text;
+    ASSERT_TRUE(came) << "nothing while the program ran: " << said;
+    EXPECT_TRUE(said.substr(said.find('\n') + 1).starts_with("Uveďte zařízení do vypnutého stavu")) << said;
 }
 
 } // namespace
