@@ -165,20 +165,6 @@ TEST(StationBackup, FileNameCarriesTheTimeAndTheStationsName)
         EXPECT_EQ(link::backupFileName(when, name), file);
 }
 
-// Block replies carry no address: a reply that came after its request had
-// timed out must not be taken for the answer to the next one.
-TEST(BlockTransfer, ALateReplyLeftInThePortIsNotTakenForTheNextBlock)
-{
-    SimRig rig({2151298, 1, 0, 0, 4}, test::pattern(128, 1, 0, 256));
-    rig.faults[1] = RequestFault::Late;
-    EepromImage image;
-    BlockTransfer transfer(rig.io, image);
-    EXPECT_FALSE(transfer.readBlock(0));
-    rig.line.sleepUntil(rig.line.now() + std::chrono::seconds(2));
-    EXPECT_TRUE(transfer.readBlock(8));
-    EXPECT_EQ(image.byte(8), 8);
-}
-
 TEST(LineIo, TheUserGetsATurnEveryFiftyMillisecondsOfAWaitAlsoOnADeadLine)
 {
     for (const auto fault : {RequestFault::Drop, RequestFault::HangUp}) {
