@@ -11,7 +11,6 @@
 #include "flow/messages.h"
 #include "modal_helpers.h"
 #include "settings/image_encoder.h"
-#include "settings/settings_file.h"
 #include "ui/check_panel.h"
 #include "ui/compare_view.h"
 #include "ui/row_dialog.h"
@@ -21,6 +20,7 @@ using rm8::shell::MainController;
 using rm8::shell::test::onNextModal;
 using rm8::shell::test::q;
 using rm8::shell::test::Rig;
+using rm8::test::qs;
 
 namespace {
 
@@ -97,19 +97,16 @@ QList<Box> leave(Rig& rig, QLineEdit* edit)
     return boxesAfter([&] { tabs(rig)->setCurrentIndex((pageOf(rig, edit) + 1) % tabs(rig)->count()); });
 }
 
-// The station's EEPROM holding the settings, as a write would leave it.
-std::vector<std::uint8_t> stationMemory(const StationSettings& settings, std::uint8_t memorySizeCode)
+// A station whose EEPROM holds a configuration that breaks no rule (the
+// names with diacritics of full.eep would be refused on a dialog's OK).
+std::vector<std::uint8_t> cleanStationMemory()
 {
+    auto json = rm8::test::readJson(rm8::test::dataDir() / "editing/clean.json");
+    json.erase("eepromSize");
     EepromImage image(0xFF);
-    (void)encodeImage(settings, image);
-    return { image.bytes().begin(), image.bytes().begin() + qsizetype(sim::memoryBytes(memorySizeCode) + 64) };
-}
-
-std::vector<std::uint8_t> stationMemory(const char* file, std::uint8_t memorySizeCode)
-{
-    EepromImage image(0xFF);
-    (void)readImageFile(rm8::test::dataDir() / file, image);
-    return { image.bytes().begin(), image.bytes().begin() + qsizetype(sim::memoryBytes(memorySizeCode) + 64) };
+    (void)encodeImage(settingsFromJson(json).value(), image);
+    return { image.bytes().begin(),
+        image.bytes().begin() + qsizetype(sim::memoryBytes(sim::StationProfile().memorySizeCode) + 64) };
 }
 
 QString dataPath(const char* file)
@@ -142,48 +139,20 @@ private slots:
         rig.reset();
     }
 
-    void refusedFieldKeepsFocusAndText_data()
-    {
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("message");
-        const QString keywords = QStringLiteral("STATE;STAV;BACK;NOBACK;RESET;SHUTDOWN;NAME;ZPET;NEZPET;JMENO");
-        QTest::newRow("PIN") << "tabPIN"
-                             << "12a4"
-                             << "PIN je špatně zadán.";
-        QTest::newRow("SMS validity") << "tabDobaPlatnostiSMS"
-                                      << "0"
-                                      << "Doba platnosti SMS zprávy je špatně zadána. Povolená hodnota je číslo 1 až "
-                                         "30 včetně.";
-        QTest::newRow("input name") << "tabINPNazev_1"
-                                    << "st"
-                                    << "Název vstupu nesmí být žádné z těchto klíčových slov (ani jejich předpony): "
-                + keywords;
-        QTest::newRow("output name") << "tabOUTNazev_2"
-                                     << "A B"
-                                     << "Název výstupu může obsahovat pouze tyto znaky: "
-                                        "_0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
-        QTest::newRow("phone") << "tabTC_3"
-                               << "06abc"
-                               << "Telefonní číslo je špatně zadáno.";
-        QTest::newRow("level") << "tabAINCL1Level_5"
-                               << "1x"
-                               << "Číslo je chybně zadáno.";
-    }
+    void refusedFieldKeepsFocusAndText_data() { rm8::test::addJsonCases("ui/window_editing.json"); }
     // One stop box, titled with the program's name; then the field's page,
     // the focus in the field and its text, as typed, selected.
     void refusedFieldKeepsFocusAndText()
     {
-        QFETCH(QString, field);
-        QFETCH(QString, typed);
-        QFETCH(QString, message);
-        auto* edit = shown(*rig, field);
+        FETCH_CASE(c);
+        const QString typed = qs(c["typed"]);
+        auto* edit = shown(*rig, qs(c["field"]));
         QVERIFY(edit);
         typeInto(edit, typed);
         const QList<Box> boxes = leave(*rig, edit);
         QCOMPARE(boxes.size(), 1);
         QCOMPARE(boxes[0].title, QStringLiteral("RM8"));
-        QCOMPARE(boxes[0].text, message);
+        QCOMPARE(boxes[0].text, qs(c["message"]));
         QCOMPARE(boxes[0].icon, QMessageBox::Critical);
         QCOMPARE(tabs(*rig)->currentIndex(), pageOf(*rig, edit));
         QCOMPARE(rig->window.focusWidget(), edit); // the window's, whether or not it is active again
@@ -214,8 +183,6 @@ private slots:
     // number is cleared, and when the box is clicked with none.
     void permissionNeedsANumber()
     {
-        const QString message
-            = QStringLiteral("Pokud není zadáno telefonní číslo musí být zaškrtávací pole 'Příjem' nezaškrtnuté.");
         auto* number = shown(*rig, QStringLiteral("tabTC_2"));
         typeInto(number, QStringLiteral("+420601234567"));
         auto* receive = rig->widget<QCheckBox>("tabTCPrijem_2");
@@ -226,7 +193,8 @@ private slots:
         QTest::keyClick(number, Qt::Key_Delete);
         auto boxes = leave(*rig, number);
         QCOMPARE(boxes.size(), 1);
-        QCOMPARE(boxes[0].text, message);
+        QCOMPARE(boxes[0].text,
+            QStringLiteral("Pokud není zadáno telefonní číslo musí být zaškrtávací pole 'Příjem' nezaškrtnuté."));
         QCOMPARE(boxes[0].icon, QMessageBox::Warning);
         QVERIFY(!receive->isChecked());
 
@@ -276,98 +244,38 @@ private slots:
         QCOMPARE(rig->window.focusWidget(), rig->widget<QLineEdit>("tabPIN"));
     }
 
-    void rowDialogsOpenFromTheTables_data()
-    {
-        for (const char* column : { "opener", "dialog", "caption", "edit", "field" })
-            QTest::addColumn<QString>(column);
-        QTest::addColumn<int>("row");
-        QTest::addColumn<bool>("confirm");
-        QTest::newRow("input name") << "tabINPNazev"
-                                    << "Vstup"
-                                    << "Vstup IN3"
-                                    << "INPNazev"
-                                    << "tabINPNazev" << 2 << true;
-        QTest::newRow("input button") << "tabINPbt"
-                                      << "Vstup"
-                                      << "Vstup IN8"
-                                      << "INPNazev"
-                                      << "tabINPNazev" << 7 << false;
-        QTest::newRow("output button") << "tabOUTbt"
-                                       << "Vystup"
-                                       << "Vystup OUT1"
-                                       << "OUTNazev"
-                                       << "tabOUTNazev" << 0 << false;
-        QTest::newRow("output impulse") << "tabOUTimpulsLEN"
-                                        << "Vystup"
-                                        << "Vystup OUT6"
-                                        << "OUTNazev"
-                                        << "tabOUTNazev" << 5 << true;
-        QTest::newRow("battery row") << "tabAINCL1Dn"
-                                     << "Analog"
-                                     << "Analog BAT"
-                                     << "AINNazev"
-                                     << "tabAINNazev" << 7 << false;
-        QTest::newRow("analog button") << "tabAINbt"
-                                       << "Analog"
-                                       << "Analog AIN5"
-                                       << "AINNazev"
-                                       << "tabAINNazev" << 4 << true;
-        QTest::newRow("phone button") << "tabTCZmenit"
-                                      << "TelCislo"
-                                      << "Telefonní číslo T4"
-                                      << "TC"
-                                      << "tabTC" << 3 << true;
-        QTest::newRow("phone number") << "tabTC"
-                                      << "TelCislo"
-                                      << "Telefonní číslo T2"
-                                      << "TC"
-                                      << "tabTC" << 1 << false;
-    }
+    void rowDialogsOpenFromTheTables_data() { rm8::test::addJsonCases("ui/row_dialogs_from_window.json"); }
     // A double-click on a row's field or the row's button opens the row's
     // dialog; OK brings an edited text into the table, Storno nothing.
     void rowDialogsOpenFromTheTables()
     {
-        QFETCH(QString, opener);
-        QFETCH(QString, dialog);
-        QFETCH(QString, caption);
-        QFETCH(QString, edit);
-        QFETCH(QString, field);
-        QFETCH(int, row);
-        QFETCH(bool, confirm);
+        FETCH_CASE(c);
         const StationSettings before = rig->fields();
-        const QString text = QStringLiteral("ZMENA1");
         QString opened;
-        const auto wait = onNextModal<ui::RowDialog>(dialog, [&](ui::RowDialog* shownDialog) {
-            opened = shownDialog->objectName() + u'|' + shownDialog->windowTitle();
-            shownDialog->findChild<QLineEdit*>(edit)->setText(edit == u"TC" ? QStringLiteral("+420601234567") : text);
-            QTest::mouseClick(shownDialog->findChild<QPushButton*>(confirm ? "btOk" : "btStorno"), Qt::LeftButton);
+        const auto wait = onNextModal<ui::RowDialog>(qs(c["dialog"]), [&](ui::RowDialog* dialog) {
+            opened = dialog->objectName() + u'|' + dialog->windowTitle();
+            dialog->findChild<QLineEdit*>(qs(c["edit"]))->setText(qs(c["text"]));
+            QTest::mouseClick(dialog->findChild<QPushButton*>(c["confirm"] ? "btOk" : "btStorno"), Qt::LeftButton);
         });
-        QWidget* target = shown<QWidget>(*rig, opener + u'_' + QString::number(row));
-        if (qobject_cast<QPushButton*>(target))
-            QTest::mouseClick(target, Qt::LeftButton);
+        QWidget* opener = shown<QWidget>(*rig, qs(c["opener"]) + u'_' + QString::number(c["row"].get<int>()));
+        if (qobject_cast<QPushButton*>(opener))
+            QTest::mouseClick(opener, Qt::LeftButton);
         else
-            QTest::mouseDClick(target, Qt::LeftButton);
+            QTest::mouseDClick(opener, Qt::LeftButton);
         QVERIFY2(wait->isEmpty(), qPrintable(*wait));
-        QCOMPARE(opened, dialog + u'|' + caption);
+        QCOMPARE(opened, qs(c["dialog"]) + u'|' + qs(c["caption"]));
         StationSettings expected = before;
-        if (confirm)
-            applyChange(expected,
-                { field.toStdString(), std::size_t(row), edit == u"TC" ? "+420601234567" : text.toStdString(), {} });
+        if (c["confirm"])
+            applyChange(expected, { c["field"], c["row"], c["text"].get<std::string>(), {} });
         QVERIFY(rig->fields() == expected);
-        QCOMPARE(rig->window.isWindowModified(), confirm);
+        QCOMPARE(rig->window.isWindowModified(), c["confirm"].get<bool>());
     }
 
     // Read, every row dialog confirmed unchanged, written: not a byte of
-    // the station changes. The settings break no rule (full.eep's names
-    // with diacritics would be refused on OK, as they should).
+    // the station changes.
     void everyDialogConfirmedChangesNoByte()
     {
-        auto clean = rm8::test::readJson(rm8::test::dataDir() / "editing/clean.json");
-        clean.erase("eepromSize");
-        const auto settings = settingsFromJson(clean);
-        QVERIFY(settings.hasValue());
-        sim::StationProfile profile;
-        rig.reset(new Rig(profile, options(), nullptr, stationMemory(*settings, profile.memorySizeCode)));
+        rig.reset(new Rig({}, options(), nullptr, cleanStationMemory()));
         QVERIFY(QTest::qWaitForWindowActive(&rig->window));
         const std::vector<std::uint8_t> stored = rig->station.eeprom();
         QVERIFY(rig->activate());
@@ -426,8 +334,7 @@ private slots:
     // window's settings stay as they were.
     void comparisonWithTheStation()
     {
-        sim::StationProfile profile;
-        rig.reset(new Rig(profile, options(), nullptr, stationMemory("full.eep", profile.memorySizeCode)));
+        rig.reset(new Rig({}, options(), nullptr, cleanStationMemory()));
         QVERIFY(rig->activate());
         rig->type("tabJmenoStanice", QStringLiteral("Vodarna"));
         const StationSettings before = rig->fields();
