@@ -158,7 +158,7 @@ void MainWindow::buildWindow()
     layout->addWidget(tabs, 1);
     // Folded to its title line until a loaded configuration breaks a rule:
     // the pages keep their height at 1024x768.
-    checkPanel_ = named(new CheckPanel, QStringLiteral("Kontrola"));
+    checkPanel_ = named(new CheckPanel, QStringLiteral("frmKontrola"));
     checkPanel_->setExpanded(false);
     connect(checkPanel_, &CheckPanel::entryActivated, this,
         [this](const QString& name, int row) { revealField(name, row - 1); });

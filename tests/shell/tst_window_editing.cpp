@@ -275,7 +275,10 @@ private slots:
     // the station changes.
     void everyDialogConfirmedChangesNoByte()
     {
-        rig.reset(new Rig({}, options(), nullptr, cleanStationMemory()));
+        QTemporaryDir backups;
+        auto withBackups = options();
+        withBackups.backupFolder = backups.path();
+        rig.reset(new Rig({}, std::move(withBackups), nullptr, cleanStationMemory()));
         QVERIFY(QTest::qWaitForWindowActive(&rig->window));
         const std::vector<std::uint8_t> stored = rig->station.eeprom();
         QVERIFY(rig->activate());
@@ -296,11 +299,22 @@ private slots:
             }
         }
         QVERIFY(!rig->window.isWindowModified());
+        // With the backup box ticked the station's content goes to a file
+        // of the backup folder first, and the message names that file.
+        rig->click("CheckBackup");
         rig->ui.answers = { Answer::Yes };
         rig->click("btEEPROMSave");
         QCOMPARE(q(rig->ui.messages.back().text), q(messages::kStationWriteDone));
         QVERIFY(rig->requests(5) > 0);
         QVERIFY(rig->station.eeprom() == stored);
+        const QStringList kept = QDir(backups.path()).entryList({ QStringLiteral("*.eep") }, QDir::Files);
+        QCOMPARE(kept.size(), 1);
+        const QString backup = QDir(backups.path()).filePath(kept.front());
+        const auto size = rig->window.eepromSize().value();
+        QVERIFY(rm8::test::readBytes(backup.toStdString())
+            == std::vector<char>(stored.begin(), stored.begin() + qsizetype(size)));
+        QVERIFY(std::any_of(rig->ui.messages.begin(), rig->ui.messages.end(),
+            [&](const auto& shown) { return q(shown.text).endsWith(backup); }));
     }
 
     // A loaded file that breaks a rule unfolds the panel with its count; an
