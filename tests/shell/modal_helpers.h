@@ -26,7 +26,9 @@ template <class W>
 std::shared_ptr<QString> onNextModal(const QString& waitedFor, std::function<void(W*)> act, int timeoutMs = 5000)
 {
     auto failure = std::make_shared<QString>(waitedFor + QStringLiteral(": did not open in time"));
-    auto* timer = new QTimer;
+    // Owned by the application, so that a watch whose deferred deletion
+    // never came to run still goes with it (the leak checker counts it).
+    auto* timer = new QTimer(QCoreApplication::instance());
     QObject::connect(timer, &QTimer::timeout, timer,
         [=, watched = std::weak_ptr<QString>(failure), window = QPointer<W>(), seen = false,
             deadline = QDeadlineTimer(timeoutMs)]() mutable {
