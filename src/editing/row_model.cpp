@@ -45,32 +45,90 @@ bool outputFunctionAvailable(std::size_t row, OutputFunction function)
     return false;
 }
 
+namespace {
+
+// Which member of a row stands for which column of the record.
+template <class Row, class T> struct Column {
+    T Row::*row;
+    Row8<T> S::*record;
+};
+
+template <class Row, class T, std::size_t N>
+void copyIn(Row& value, const S& s, std::size_t i, const std::array<Column<Row, T>, N>& columns)
+{
+    for (const auto& column : columns)
+        value.*column.row = (s.*column.record)[i];
+}
+
+template <class Row, class T, std::size_t N>
+void copyOut(const Row& value, S& s, std::size_t i, const std::array<Column<Row, T>, N>& columns)
+{
+    for (const auto& column : columns)
+        (s.*column.record)[i] = value.*column.row;
+}
+
+using IT = Column<InputRow, std::string>;
+using IB = Column<InputRow, bool>;
+const std::array kInputTexts{IT{&InputRow::nazev, &S::tabINPNazev}, IT{&InputRow::zap, &S::tabINPZap},
+                             IT{&InputRow::vyp, &S::tabINPVyp}, IT{&InputRow::lh, &S::tabINPLH},
+                             IT{&InputRow::hl, &S::tabINPHL}};
+const std::array kInputChecks{IB{&InputRow::zpr, &S::tabINPZpr},        IB{&InputRow::lhEvent, &S::tabINPLHEvent},
+                              IB{&InputRow::hlEvent, &S::tabINPHLEvent}, IB{&InputRow::neg, &S::tabINPNeg},
+                              IB{&InputRow::lhAlarm, &S::eeMaskDInLHAlarm}, IB{&InputRow::hlAlarm, &S::eeMaskDInHLAlarm}};
+
+using OT = Column<OutputRow, std::string>;
+using OB = Column<OutputRow, bool>;
+const std::array kOutputTexts{OT{&OutputRow::nazev, &S::tabOUTNazev}, OT{&OutputRow::zap, &S::tabOUTZap},
+                              OT{&OutputRow::vyp, &S::tabOUTVyp}, OT{&OutputRow::impuls, &S::tabOUTimpuls},
+                              OT{&OutputRow::impulsLen, &S::tabOUTimpulsLEN}};
+const std::array kOutputChecks{OB{&OutputRow::zpr, &S::tabOUTZpr}, OB{&OutputRow::neg, &S::tabOUTNeg}};
+
+using AT = Column<AnalogRow, std::string>;
+using AB = Column<AnalogRow, bool>;
+const std::array kAnalogTexts{
+    AT{&AnalogRow::nazev, &S::tabAINNazev}, AT{&AnalogRow::stateL, &S::tabAINStateL},
+    AT{&AnalogRow::stateM, &S::tabAINStateM}, AT{&AnalogRow::stateH, &S::tabAINStateH},
+    AT{&AnalogRow::cl1, &S::tabAINCL1Level}, AT{&AnalogRow::hcl1, &S::tabAINHCL1Level},
+    AT{&AnalogRow::cl2, &S::tabAINCL2Level}, AT{&AnalogRow::hcl2, &S::tabAINHCL2Level},
+    AT{&AnalogRow::cl1Up, &S::tabAINCL1Up},   AT{&AnalogRow::cl1Dn, &S::tabAINCL1Dn},
+    AT{&AnalogRow::cl2Up, &S::tabAINCL2Up},   AT{&AnalogRow::cl2Dn, &S::tabAINCL2Dn}};
+const std::array kAnalogChecks{
+    AB{&AnalogRow::cl1UpEvent, &S::tabAINCL1UpEvent}, AB{&AnalogRow::cl1DnEvent, &S::tabAINCL1DnEvent},
+    AB{&AnalogRow::cl2UpEvent, &S::tabAINCL2UpEvent}, AB{&AnalogRow::cl2DnEvent, &S::tabAINCL2DnEvent},
+    AB{&AnalogRow::zpr, &S::tabAINZpr},               AB{&AnalogRow::prc, &S::tabAINPrc},
+    AB{&AnalogRow::neg, &S::tabAINNeg}};
+
+// The analog option byte's bits and the boxes they stand for.
+struct OptionBit {
+    bool AnalogRow::*box;
+    std::uint8_t bit;
+};
+constexpr std::array kAnalogSendBits{OptionBit{&AnalogRow::sendCl1Up, kSendCl1Up},
+                                     OptionBit{&AnalogRow::sendCl1Dn, kSendCl1Dn},
+                                     OptionBit{&AnalogRow::sendCl2Up, kSendCl2Up},
+                                     OptionBit{&AnalogRow::sendCl2Dn, kSendCl2Dn}};
+
+} // namespace
+
 InputRow inputRow(const S& s, std::size_t i)
 {
-    return {s.tabINPNazev[i],   s.tabINPZap[i],        s.tabINPVyp[i],        s.tabINPLH[i],
-            s.tabINPHL[i],      s.tabINPZpr[i],        s.tabINPLHEvent[i],    s.tabINPHLEvent[i],
-            s.tabINPNeg[i],     s.eeMaskDInLHAlarm[i], s.eeMaskDInHLAlarm[i]};
+    InputRow v;
+    copyIn(v, s, i, kInputTexts);
+    copyIn(v, s, i, kInputChecks);
+    return v;
 }
 
 void storeInputRow(S& s, std::size_t i, const InputRow& v)
 {
-    s.tabINPNazev[i] = v.nazev;
-    s.tabINPZap[i] = v.zap;
-    s.tabINPVyp[i] = v.vyp;
-    s.tabINPLH[i] = v.lh;
-    s.tabINPHL[i] = v.hl;
-    s.tabINPZpr[i] = v.zpr;
-    s.tabINPLHEvent[i] = v.lhEvent;
-    s.tabINPHLEvent[i] = v.hlEvent;
-    s.tabINPNeg[i] = v.neg;
-    s.eeMaskDInLHAlarm[i] = v.lhAlarm;
-    s.eeMaskDInHLAlarm[i] = v.hlAlarm;
+    copyOut(v, s, i, kInputTexts);
+    copyOut(v, s, i, kInputChecks);
 }
 
 OutputRow outputRow(const S& s, std::size_t i)
 {
-    OutputRow v{s.tabOUTNazev[i], s.tabOUTZap[i], s.tabOUTVyp[i], s.tabOUTimpuls[i], s.tabOUTimpulsLEN[i],
-                s.tabOUTZpr[i],   s.tabOUTNeg[i], OutputFunction::Standard};
+    OutputRow v;
+    copyIn(v, s, i, kOutputTexts);
+    copyIn(v, s, i, kOutputChecks);
     for (const auto& special : kSpecialFunctions)
         if (special.row == i && (s.eeMaskDOutFnc & special.bit) != 0)
             v.function = special.function;
@@ -79,13 +137,8 @@ OutputRow outputRow(const S& s, std::size_t i)
 
 void storeOutputRow(S& s, std::size_t i, const OutputRow& v)
 {
-    s.tabOUTNazev[i] = v.nazev;
-    s.tabOUTZap[i] = v.zap;
-    s.tabOUTVyp[i] = v.vyp;
-    s.tabOUTimpuls[i] = v.impuls;
-    s.tabOUTimpulsLEN[i] = v.impulsLen;
-    s.tabOUTZpr[i] = v.zpr;
-    s.tabOUTNeg[i] = v.neg;
+    copyOut(v, s, i, kOutputTexts);
+    copyOut(v, s, i, kOutputChecks);
     for (const auto& special : kSpecialFunctions)
         if (special.row == i)
             setBit(s.eeMaskDOutFnc, special.bit, v.function == special.function);
@@ -93,61 +146,21 @@ void storeOutputRow(S& s, std::size_t i, const OutputRow& v)
 
 AnalogRow analogRow(const S& s, std::size_t i)
 {
-    const std::uint8_t options = s.analogOptions[i];
     AnalogRow v;
-    v.nazev = s.tabAINNazev[i];
-    v.stateL = s.tabAINStateL[i];
-    v.stateM = s.tabAINStateM[i];
-    v.stateH = s.tabAINStateH[i];
-    v.cl1 = s.tabAINCL1Level[i];
-    v.hcl1 = s.tabAINHCL1Level[i];
-    v.cl2 = s.tabAINCL2Level[i];
-    v.hcl2 = s.tabAINHCL2Level[i];
-    v.cl1Up = s.tabAINCL1Up[i];
-    v.cl1Dn = s.tabAINCL1Dn[i];
-    v.cl2Up = s.tabAINCL2Up[i];
-    v.cl2Dn = s.tabAINCL2Dn[i];
-    v.cl1UpEvent = s.tabAINCL1UpEvent[i];
-    v.cl1DnEvent = s.tabAINCL1DnEvent[i];
-    v.cl2UpEvent = s.tabAINCL2UpEvent[i];
-    v.cl2DnEvent = s.tabAINCL2DnEvent[i];
-    v.zpr = s.tabAINZpr[i];
-    v.prc = s.tabAINPrc[i];
-    v.neg = s.tabAINNeg[i];
-    v.sendCl1Up = (options & kSendCl1Up) != 0;
-    v.sendCl1Dn = (options & kSendCl1Dn) != 0;
-    v.sendCl2Up = (options & kSendCl2Up) != 0;
-    v.sendCl2Dn = (options & kSendCl2Dn) != 0;
+    copyIn(v, s, i, kAnalogTexts);
+    copyIn(v, s, i, kAnalogChecks);
+    for (const auto& option : kAnalogSendBits)
+        v.*option.box = (s.analogOptions[i] & option.bit) != 0;
     v.range = s.ranges[i];
     return v;
 }
 
 void storeAnalogRow(S& s, std::size_t i, const AnalogRow& v)
 {
-    s.tabAINNazev[i] = v.nazev;
-    s.tabAINStateL[i] = v.stateL;
-    s.tabAINStateM[i] = v.stateM;
-    s.tabAINStateH[i] = v.stateH;
-    s.tabAINCL1Level[i] = v.cl1;
-    s.tabAINHCL1Level[i] = v.hcl1;
-    s.tabAINCL2Level[i] = v.cl2;
-    s.tabAINHCL2Level[i] = v.hcl2;
-    s.tabAINCL1Up[i] = v.cl1Up;
-    s.tabAINCL1Dn[i] = v.cl1Dn;
-    s.tabAINCL2Up[i] = v.cl2Up;
-    s.tabAINCL2Dn[i] = v.cl2Dn;
-    s.tabAINCL1UpEvent[i] = v.cl1UpEvent;
-    s.tabAINCL1DnEvent[i] = v.cl1DnEvent;
-    s.tabAINCL2UpEvent[i] = v.cl2UpEvent;
-    s.tabAINCL2DnEvent[i] = v.cl2DnEvent;
-    s.tabAINZpr[i] = v.zpr;
-    s.tabAINPrc[i] = v.prc;
-    s.tabAINNeg[i] = v.neg;
-    std::uint8_t& options = s.analogOptions[i];
-    setBit(options, kSendCl1Up, v.sendCl1Up);
-    setBit(options, kSendCl1Dn, v.sendCl1Dn);
-    setBit(options, kSendCl2Up, v.sendCl2Up);
-    setBit(options, kSendCl2Dn, v.sendCl2Dn);
+    copyOut(v, s, i, kAnalogTexts);
+    copyOut(v, s, i, kAnalogChecks);
+    for (const auto& option : kAnalogSendBits)
+        setBit(s.analogOptions[i], option.bit, v.*option.box);
 }
 
 PhoneRow phoneRow(const S& s, std::size_t i)
