@@ -3,6 +3,7 @@
 #include <span>
 
 #include "common/atomic_file.h"
+#include "common/file_names.h"
 #include "flow/messages.h"
 #include "link/station_flows.h"
 #include "settings/eeprom_image.h"
@@ -27,17 +28,7 @@ std::string backupFileName(const std::tm& localTime, std::string_view stationNam
 {
     char stamp[32] = {};
     (void)std::strftime(stamp, sizeof stamp, "%Y-%m-%d %H-%M-%S", &localTime);
-    std::string name;
-    for (const char c : stationName) {
-        const auto u = static_cast<unsigned char>(c);
-        // Bytes of 128 and above are kept: they are UTF-8 letters.
-        name += u < 32 || std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos ? '_' : c;
-    }
-    const auto first = name.find_first_not_of(" .");
-    name = first == std::string::npos ? std::string("stanice") : name.substr(first);
-    while (name.back() == ' ' || name.back() == '.')
-        name.pop_back();
-    return std::string(stamp) + " " + name + ".eep";
+    return std::string(stamp) + " " + portableFileStem(stationName, "stanice") + ".eep";
 }
 
 } // namespace rm8::link

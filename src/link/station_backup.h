@@ -22,7 +22,7 @@ FlowOutcome backupStation(LineIo& io, std::size_t eepromSize, const std::filesys
 
 // The name of a backup file in a folder of backups: local date and time of
 // the backup, then the station's name, "2025-03-01 14-05-09 Cerpadlo 2.eep".
-// Characters a file name cannot hold become "_"; no name gives "stanice".
+// The name as any file system takes it; no name gives "stanice".
 std::string backupFileName(const std::tm& localTime, std::string_view stationName);
 
 } // namespace rm8::link

@@ -1,5 +1,6 @@
 #include "report/report_content.h"
 
+#include "common/file_names.h"
 #include "editing/row_labels.h"
 
 namespace rm8::report {
@@ -126,7 +127,7 @@ std::string progressText(int page, int copy, int copies)
 
 Report buildReport(const StationSettings& settings)
 {
-    return { headerText(settings.tabJmenoStanice),
+    return { headerText(settings.tabJmenoStanice), portableFileStem(settings.tabJmenoStanice, "nastaveni"),
         { general(settings), sms(settings), inputs(settings), outputs(settings), phones(settings) } };
 }
 

@@ -53,6 +53,9 @@ struct Section {
 
 struct Report {
     std::string header; // the left part of every page header
+    // The name proposed for a file of the report (a PDF): the station's name
+    // as any file system takes it, "nastaveni" without one.
+    std::string fileStem;
     std::vector<Section> sections;
 };
 

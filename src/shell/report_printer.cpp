@@ -139,7 +139,8 @@ bool printReportCopies(
 void printSettingsReport(QWidget* owner, const report::Report& report, Interaction& ui)
 {
     QPrinter printer(QPrinter::HighResolution);
-    printer.setDocName(fromCore(report.header));
+    // Qt proposes the document name for a PDF: a name any file system takes.
+    printer.setDocName(fromCore(report.fileStem));
     printer.setCreator(programName());
     QPrintDialog dialog(&printer, owner);
     dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
