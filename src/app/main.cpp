@@ -9,15 +9,14 @@
 
 #include <cstdio>
 #include <tuple>
-#include <cstring>
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QFile>
 #include <QMessageBox>
 #include <QSettings>
 
+#include "app/command_line.h"
 #include "ctl/configuration_input.h"
 #include "report/report_content.h"
 #include "shell/application_info.h"
@@ -29,14 +28,6 @@
 #include "ui/main_window.h"
 
 namespace {
-
-bool printsPdf(int argc, char* argv[])
-{
-    for (int i = 1; i < argc; ++i)
-        if (std::strcmp(argv[i], "--print-pdf") == 0 || std::strncmp(argv[i], "--print-pdf=", 12) == 0)
-            return true;
-    return false;
-}
 
 // What btTisk would print for one copy, the settings having passed through
 // the window's fields as they would on screen.
@@ -71,8 +62,13 @@ int printPdf(const QString& target, const QStringList& files)
 
 int main(int argc, char* argv[])
 {
+    const auto parsed = rm8::app::parseCommandLine(argc, argv);
+    if (const int* status = std::get_if<int>(&parsed))
+        return *status;
+    const auto& line = std::get<rm8::app::CommandLine>(parsed);
+
     // The report needs fonts but no screen.
-    if (printsPdf(argc, argv)) {
+    if (line.printPdf) {
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
         // A script reads one line on failure, not Qt's remarks on its setup.
@@ -83,34 +79,13 @@ int main(int argc, char* argv[])
     }
     QApplication app(argc, argv);
     rm8::shell::identifyApplication();
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(rm8::shell::programName());
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption portOption(
-        QStringLiteral("port"), QStringLiteral("Zařízení pro port ze seznamu, např. \"COM 1=/dev/ttyUSB0\" (lze opakovat)."),
-        QStringLiteral("COM n=zařízení"));
-    const QCommandLineOption demoOption(QStringLiteral("demo"),
-                                        QStringLiteral("Simulovaná stanice (rm8sim) na portu COM 1."));
-    parser.addOption(portOption);
-    parser.addOption(demoOption);
-    const QCommandLineOption pdfOption(
-        QStringLiteral("print-pdf"),
-        QStringLiteral("Tiskovou sestavu nastavení (ze SOUBORU, jinak výchozích) uloží do PDF a skončí."),
-        QStringLiteral("VÝSTUP.pdf"));
-    parser.addOption(pdfOption);
-    parser.addPositionalArgument(QStringLiteral("SOUBOR"),
-                                 QStringLiteral("Soubor nastavení (*.eep) nebo nastavení JSON pro --print-pdf."),
-                                 QStringLiteral("[SOUBOR]"));
-    parser.process(app);
-    if (parser.isSet(pdfOption))
-        return printPdf(parser.value(pdfOption), parser.positionalArguments());
+    if (line.printPdf)
+        return printPdf(*line.printPdf, line.files);
 
     rm8::link::PortMap ports = rm8::link::PortMap::platformDefault();
     QSettings remembered;
     rm8::shell::loadPortAssignments(remembered, ports);
-    for (const QString& assignment : parser.values(portOption)) {
+    for (const QString& assignment : line.portAssignments) {
         if (auto assigned = ports.assign(assignment.toStdString()); !assigned) {
             std::fprintf(stderr, "rm8config: --port %s: %s\n", qPrintable(assignment), assigned.error().c_str());
             return 2;
@@ -118,7 +93,7 @@ int main(int argc, char* argv[])
     }
 
     rm8::shell::DemoStation demo;
-    if (parser.isSet(demoOption)) {
+    if (line.demo) {
         const QString simulator = rm8::shell::DemoStation::findSimulator();
         auto device = simulator.isEmpty()
                           ? rm8::Expected<QString, QString>(rm8::unexpected(
@@ -134,7 +109,7 @@ int main(int argc, char* argv[])
     QObject::connect(&app, &QCoreApplication::aboutToQuit, [&demo] { demo.stop(); });
 
     rm8::ui::MainWindow window;
-    if (parser.isSet(demoOption))
+    if (line.demo)
         window.setWindowTitle(window.windowTitle() + QStringLiteral(" (demo)"));
     rm8::shell::QtInteraction interaction(&window);
     // The read-back box keeps the technician's last choice between runs.

@@ -1,5 +1,6 @@
-// rm8config as a program: the simulated station that --demo starts must end
-// even when the program is killed.
+// rm8config as a program: its answers on a machine without a display, and the
+// simulated station that --demo starts must end even when the program is
+// killed.
 
 #include <csignal>
 
@@ -19,6 +20,49 @@ class TestRm8configProgram : public QObject {
     Q_OBJECT
 
 private slots:
+    void answersWithoutADisplay_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QString>("err");
+        QTest::newRow("help") << QStringList { "--help" } << 0 << "--print-pdf <VÝSTUP.pdf>" << "";
+        QTest::newRow("short help") << QStringList { "-h" } << 0 << "--demo" << "";
+        QTest::newRow("version") << QStringList { "--version" } << 0 << "Inicializační program pro zařízení RM8 "
+                                 << "";
+        // Qt's own words, in Czech where its translations are installed.
+        QTest::newRow("unknown option") << QStringList { "--dmeo" } << 2 << ""
+                                        << "'dmeo'. (viz rm8config --help)";
+        QTest::newRow("missing value") << QStringList { "--port" } << 2 << "" << "'--port'. (viz rm8config --help)";
+        QTest::newRow("file without --print-pdf") << QStringList { "a.eep" } << 2 << ""
+                                                  << "rm8config: soubor nastavení se zadává jen s volbou --print-pdf\n";
+    }
+    // Help, the version and a mistyped argument need no window: each prints
+    // and ends, with no platform plugin asked for a display.
+    void answersWithoutADisplay()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, status);
+        QFETCH(QString, out);
+        QFETCH(QString, err);
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* name : { "DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM" })
+            environment.remove(QString::fromLatin1(name));
+        environment.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+        program.setProcessEnvironment(environment);
+        program.start(QStringLiteral(RM8CONFIG_PATH), arguments);
+        QVERIFY(program.waitForFinished(20000));
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), status);
+        const QString printed = QString::fromUtf8(program.readAllStandardOutput());
+        const QString errors = QString::fromUtf8(program.readAllStandardError());
+        QVERIFY2(out.isEmpty() ? printed.isEmpty() : printed.contains(out), qPrintable(printed));
+        QVERIFY2(err.isEmpty() ? errors.isEmpty() : errors.contains(err), qPrintable(errors));
+        if (status != 0)
+            QCOMPARE(errors.count(QLatin1Char('\n')), 1);
+    }
+
     // Killed outright, the program cannot end the simulator itself: the
     // system must do it. It is found among the program's children; once
     // ended it is gone, or a zombie waiting for whoever adopted it.
