@@ -38,6 +38,14 @@ void onInterrupt(int)
     interrupted = true;
 }
 
+// The memory table right-aligns its sizes for the window's label; a line of
+// its own starts at the number.
+std::string_view trimmedLeft(std::string_view text)
+{
+    const auto first = text.find_first_not_of(' ');
+    return first == std::string_view::npos ? std::string_view() : text.substr(first);
+}
+
 // Prints the flows' messages as they come; Ctrl-C is Storno; the search for
 // the station gives up after a time, as a technician would press Storno. On a
 // terminal a transfer shows a bar with the blocks done and the time left.
@@ -250,7 +258,7 @@ int identifyCommand(const Arguments& arguments, std::ostream& out, std::ostream&
     const auto& identity = connection.activation.identity;
     out << "Produkt:          " << identity.product << '\n'
         << "Verze:            " << identity.version << '\n'
-        << "Velikost paměti:  " << identity.memorySize << '\n'
+        << "Velikost paměti:  " << trimmedLeft(identity.memorySize) << '\n'
         << "Typ modemu:       " << identity.modem << '\n'
         << "Spojení:          " << link::stateWord(connection.activation.state) << std::endl;
     return release(connection, connection.activation.state == link::ConnectionState::Active ? kSuccess : kDifferent);
