@@ -12,8 +12,8 @@
 #include "flow/messages.h"
 #include "settings/image_encoder.h"
 #include "settings/image_layout.h"
-#include "settings/image_decoder.h"
 #include "settings/image_survey.h"
+#include "settings/loaded_settings.h"
 #include "settings/settings_file.h"
 #include "settings/used_size.h"
 
@@ -144,7 +144,7 @@ int infoCommand(const Arguments& arguments, std::ostream& out, std::ostream& err
         out << "nenalezen (za obecnými texty není koncová značka)\n";
 
     StationSettings settings;
-    auto decoded = decodeImage(image, settings);
+    auto decoded = decodeLoadedImage(image, settings);
     out << "Velikost nastavení:     ";
     if (decoded)
         out << usedSize(settings) << " byte\n";

@@ -36,8 +36,6 @@ const std::array<SchedulePair, 2> kSchedule{{
     {"eePSOffH", "eePSOffM", &S::eePSOffH, &S::eePSOffM},
 }};
 
-constexpr std::size_t kBatteryRow = 7;
-
 std::string textOf(const S& s, std::string_view field, std::size_t row)
 {
     const FieldInfo* info = findField(recordFieldOf(field));

@@ -1,5 +1,7 @@
 #include "editing/row_labels.h"
 
+#include "settings/station_settings.h"
+
 namespace rm8 {
 
 std::string rowLabel(RowTable table, std::size_t row)
@@ -11,7 +13,7 @@ std::string rowLabel(RowTable table, std::size_t row)
     case RowTable::Outputs:
         return "OUT" + number;
     case RowTable::Analog:
-        return row == 7 ? std::string("BAT") : "AIN" + number;
+        return row == kBatteryRow ? std::string("BAT") : "AIN" + number;
     case RowTable::Phones:
         return "T" + number;
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "fields/field_catalogue.h"
+#include "settings/loaded_settings.h"
 
 namespace rm8 {
 namespace {
@@ -120,6 +121,22 @@ private:
     const Json& value_;
 };
 
+// The battery text and the battery row's falling-CL1 text are one text in
+// the station. A form that gives only one of them (older forms carried an
+// empty battery text) gives both; two different texts are refused rather
+// than one of them dropped unseen.
+std::string settleBatteryText(S& s)
+{
+    std::string& row = s.tabAINCL1Dn[kBatteryRow];
+    if (!s.rtBattLow.empty() && !row.empty() && s.rtBattLow != row)
+        return "klíč 'rtBattLow': text baterie '" + s.rtBattLow + "' se liší od textu tabAINCL1Dn[" +
+               std::to_string(kBatteryRow + 1) + "] '" + row + "'; stanice zná jen jeden";
+    if (row.empty())
+        row = s.rtBattLow;
+    takeBatteryTextFromRow(s);
+    return {};
+}
+
 } // namespace
 
 nlohmann::ordered_json settingsToJson(const StationSettings& settings)
@@ -148,6 +165,8 @@ Expected<StationSettings, std::string> settingsFromJson(const nlohmann::json& js
         if (!problem.empty())
             return unexpected("klíč '" + key + "': " + problem);
     }
+    if (auto problem = settleBatteryText(settings); !problem.empty())
+        return unexpected(problem);
     return settings;
 }
 

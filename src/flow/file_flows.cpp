@@ -1,9 +1,9 @@
 #include "flow/file_flows.h"
 
 #include "flow/messages.h"
-#include "settings/image_decoder.h"
 #include "settings/image_encoder.h"
 #include "settings/image_header.h"
+#include "settings/loaded_settings.h"
 #include "settings/settings_file.h"
 #include "settings/used_size.h"
 
@@ -44,16 +44,12 @@ FlowOutcome loadSettingsFile(const std::filesystem::path& path, EepromImage& ima
         return FlowOutcome::Rejected;
     }
     ui.showProgress(messages::kConvertingData, false);
-    // Decoded into a copy: an image that stops the decoder half-way must not
-    // leave the technician with half of one configuration and half of another.
-    StationSettings decoded = settings;
-    auto decoding = decodeImage(image, decoded);
+    auto decoding = decodeLoadedImage(image, settings);
     ui.hideProgress();
     if (!decoding) {
         ui.message(MessageIcon::Stop, messages::loadFailed(name), decoding.error().describe());
         return FlowOutcome::Failed;
     }
-    settings = std::move(decoded);
     ui.message(MessageIcon::Information, messages::loadSucceeded(name));
     return FlowOutcome::Done;
 }

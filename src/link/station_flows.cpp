@@ -4,9 +4,9 @@
 #include "editing/output_cross_check.h"
 #include "flow/messages.h"
 #include "link/block_transfer.h"
-#include "settings/image_decoder.h"
 #include "settings/image_encoder.h"
 #include "settings/image_header.h"
+#include "settings/loaded_settings.h"
 #include "settings/used_size.h"
 
 namespace rm8::link {
@@ -39,16 +39,12 @@ FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& setting
         return FlowOutcome::Rejected;
     }
     ui.showProgress(messages::kConvertingData, false);
-    // Decoded into a copy, so that an image that stops the decoder leaves
-    // the settings as they were.
-    StationSettings decoded = settings;
-    auto result = decodeImage(image, decoded);
+    auto result = decodeLoadedImage(image, settings);
     ui.hideProgress();
     if (!result) {
         ui.message(MessageIcon::Stop, messages::kStationReadFailed, result.error().describe());
         return FlowOutcome::Failed;
     }
-    settings = std::move(decoded);
     ui.message(MessageIcon::Information, messages::kStationReadDone);
     return FlowOutcome::Done;
 }

@@ -13,6 +13,9 @@ namespace rm8 {
 
 inline constexpr std::size_t kRows = 8;
 
+// The eighth analog input measures the station's own battery.
+inline constexpr std::size_t kBatteryRow = 7;
+
 // A column of the main window's tables: row 0 is item 1.
 template <class T>
 using Row8 = std::array<T, kRows>;
@@ -47,7 +50,9 @@ struct StationSettings {
     std::string rtSwitchOn;
     std::string rtSwitchOff;
     bool opBatt = false;
-    std::string rtBattLow; // not carried by the image
+    // Not carried by the image: the station sends the battery row's
+    // falling-CL1 text, tabAINCL1Dn[kBatteryRow], and the two stay equal.
+    std::string rtBattLow;
 
     // Digital inputs
     Row8<std::string> tabINPNazev;

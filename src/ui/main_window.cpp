@@ -177,12 +177,8 @@ void MainWindow::readSettings(StationSettings& settings) const
     settings.ranges = kept_.ranges;
 }
 
-void MainWindow::fillSettings(const StationSettings& given)
+void MainWindow::fillSettings(const StationSettings& settings)
 {
-    // The image carries the battery text only as the battery row's event
-    // text; the report field shows that one, never a text left from before.
-    StationSettings settings = given;
-    settings.rtBattLow = settings.tabAINCL1Dn[7];
     loading_ = true;
     leaveWatch_->setSuspended(true);
     kept_ = settings;

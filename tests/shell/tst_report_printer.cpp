@@ -143,6 +143,8 @@ void TestReportPrinter::printPdfHasEveryLineInOrder_data()
     QTest::addColumn<QString>("golden");
     QTest::addColumn<int>("status");
     QTest::newRow("settings file") << QStringList { data("full.eep") } << data("report/full.txt") << 0;
+    QTest::newRow("battery text from the battery row")
+        << QStringList { data("flags_conditional.eep") } << data("report/flags_conditional.txt") << 0;
     QTest::newRow("settings JSON") << QStringList { data("report/all_rows.json") } << data("report/all_rows.txt") << 0;
     QTest::newRow("start-up") << QStringList {} << data("report/empty.txt") << 0;
     QTest::newRow("no image") << QStringList { data("ctl/mark.eep") }

@@ -12,11 +12,11 @@ import os
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 DATA = os.path.dirname(HERE)
-CASES = {  # golden text -> settings JSON, relative to tests/data
-    "full.txt": "full.json",
-    "all_rows.txt": "report/all_rows.json",
-    "empty.txt": "empty.json",
-}
+# golden text -> settings JSON, relative to tests/data: every golden settings
+# file of manifest.json as it decodes, and a JSON with every row filled
+with open(os.path.join(DATA, "manifest.json"), encoding="utf-8") as f:
+    CASES = {case["name"] + ".txt": case["name"] + ".json" for case in json.load(f)}
+CASES["all_rows.txt"] = "report/all_rows.json"
 START = {"eePSOnH": "1", "eePSOnM": "0", "eePSOffH": "1", "eePSOffM": "0", "tabDobaPlatnostiSMS": "3"}
 
 
