@@ -81,6 +81,7 @@ TEST(Rm8ctl, EveryRowOfTheCaseTable)
     const rm8::test::ScratchDir dir;
     const rm8::test::ScratchDir capture;
     const std::map<std::string, std::string> places{{"{data}", rm8::test::dataDir().string()},
+                                                    {"{examples}", (rm8::test::dataDir() / "../../examples").lexically_normal().string()},
                                                     {"{dir}", dir.path().string()},
                                                     {"{port}", station.path()},
                                                     {"{foreign}", foreign.path()},
