@@ -13,7 +13,8 @@ cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
 
 build=${BUILD_DIR:-build/release}
-cmake --preset release -B "$build" -DRM8_BUILD_GUI=ON >/dev/null
+# A build folder of another preset (build/dev) is used as it is.
+[[ -f $build/CMakeCache.txt ]] || cmake --preset release -B "$build" -DRM8_BUILD_GUI=ON >/dev/null
 cmake --build "$build" --parallel "${JOBS:-$(nproc)}" --target rm8shots rm8sim rm8config
 
 out=docs/screenshots
@@ -30,7 +31,7 @@ XDG_RUNTIME_DIR=$runtime QT_QPA_PLATFORM=xcb \
 # The first page of the settings report of the example station, as
 # rm8config --print-pdf renders it, at about the size of a screen page.
 report=$(mktemp --suffix=.pdf)
-"$build/src/rm8config" --print-pdf "$report" examples/pumping_station.eep
+"$build/src/rm8config" --print-pdf "$report" examples/water_tower.eep
 pdftoppm -png -r 110 -f 1 -l 1 -singlefile "$report" "$out/18-tiskova-sestava"
 rm -f "$report"
 

@@ -518,7 +518,7 @@ int main(int argc, char* argv[])
     const QCommandLineOption faultyOption(QStringLiteral("faulty"),
         QStringLiteral("Soubor nastavení s chybami pro panel Kontrola nastavení a otázku před zápisem."),
         QStringLiteral("SOUBOR.eep"),
-        QFileInfo(QStringLiteral(RM8_SAMPLE_EEPROM)).dir().filePath(QStringLiteral("decode_edge.eep")));
+        QFileInfo(QStringLiteral(RM8_SAMPLE_EEPROM)).dir().filePath(QStringLiteral("faulty_station.eep")));
     const QCommandLineOption sizeOption(QStringLiteral("size-code"),
         QStringLiteral("Kód velikosti paměti simulované stanice (0..9)."), QStringLiteral("N"), QStringLiteral("6"));
     const QCommandLineOption simulatorOption(
