@@ -31,6 +31,36 @@ TEST(SettingsJson, WrongInputIsRefusedNamingTheKey)
     }
 }
 
+// The battery text and the battery row's falling-CL1 text are one text:
+// either key gives both.
+TEST(SettingsJson, EitherBatteryKeyGivesBoth)
+{
+    for (const char* json : { R"({"rtBattLow": "Slaba baterie"})",
+             R"({"tabAINCL1Dn": ["", "", "", "", "", "", "", "Slaba baterie"]})",
+             R"({"rtBattLow": "Slaba baterie", "tabAINCL1Dn": ["", "", "", "", "", "", "", "Slaba baterie"]})" }) {
+        const auto settings = parseSettingsJson(json);
+        ASSERT_TRUE(settings) << json << settings.error();
+        EXPECT_EQ(settings->rtBattLow, "Slaba baterie") << json;
+        EXPECT_EQ(settings->tabAINCL1Dn[kBatteryRow], "Slaba baterie") << json;
+        EXPECT_EQ(settings->tabAINCL1Dn[kBatteryRow - 1], "") << json;
+    }
+}
+
+// What the window lets a technician type into each text field.
+TEST(FieldCatalogue, TextFieldsAcceptTheirLengths)
+{
+    std::size_t texts = 0;
+    for (const auto& info : fieldCatalogue())
+        texts += info.shape == FieldShape::Text || info.shape == FieldShape::TextRow;
+    const auto rows = test::readTable("fields/length_limits.tsv");
+    EXPECT_EQ(rows.size(), texts);
+    for (const auto& row : rows) {
+        const FieldInfo* info = findField(row[0]);
+        ASSERT_NE(info, nullptr) << row[0];
+        EXPECT_EQ(info->maxLength, std::stoi(row[1])) << row[0];
+    }
+}
+
 // Keys left out keep their start-up values, so the differences from a fresh
 // record are the keys given, one entry per field and row, in the JSON form.
 TEST(SettingsDiff, ListsTheKeysGivenOnePerFieldAndRow)
