@@ -12,10 +12,10 @@ namespace {
 
 // The options that QGuiApplication and QApplication take for themselves;
 // parsed here only so that they are not mistaken for mistakes.
-const char* const kQtOptionsWithValue[] = {"platform", "platformpluginpath", "platformtheme", "plugin",
-                                           "qwindowgeometry", "qwindowicon", "qwindowtitle", "style",
-                                           "stylesheet", "session", "display", "geometry", "title"};
-const char* const kQtFlags[] = {"reverse", "widgetcount", "nograb", "dograb", "sync"};
+const char* const kQtOptionsWithValue[]
+    = { "platform", "platformpluginpath", "platformtheme", "plugin", "qwindowgeometry", "qwindowicon", "qwindowtitle",
+          "style", "stylesheet", "session", "display", "geometry", "title" };
+const char* const kQtFlags[] = { "reverse", "widgetcount", "nograb", "dograb", "sync" };
 
 void addQtOptions(QCommandLineParser& parser)
 {
@@ -46,19 +46,18 @@ std::variant<CommandLine, int> parseCommandLine(int argc, char* argv[])
     parser.setApplicationDescription(shell::programName());
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
-    const QCommandLineOption port(
-        QStringLiteral("port"), QStringLiteral("Zařízení pro port ze seznamu, např. \"COM 1=/dev/ttyUSB0\" (lze opakovat)."),
+    const QCommandLineOption port(QStringLiteral("port"),
+        QStringLiteral("Zařízení pro port ze seznamu, např. \"COM 1=/dev/ttyUSB0\" (lze opakovat)."),
         QStringLiteral("COM n=zařízení"));
-    const QCommandLineOption demo(QStringLiteral("demo"), QStringLiteral("Simulovaná stanice (rm8sim) na portu COM 1."));
-    const QCommandLineOption pdf(
-        QStringLiteral("print-pdf"),
+    const QCommandLineOption demo(
+        QStringLiteral("demo"), QStringLiteral("Simulovaná stanice (rm8sim) na portu COM 1."));
+    const QCommandLineOption pdf(QStringLiteral("print-pdf"),
         QStringLiteral("Tiskovou sestavu nastavení (ze SOUBORU, jinak výchozích) uloží do PDF a skončí."),
         QStringLiteral("VÝSTUP.pdf"));
-    parser.addOptions({port, demo, pdf});
+    parser.addOptions({ port, demo, pdf });
     addQtOptions(parser);
     parser.addPositionalArgument(QStringLiteral("SOUBOR"),
-                                 QStringLiteral("Soubor nastavení (*.eep) nebo nastavení JSON pro --print-pdf."),
-                                 QStringLiteral("[SOUBOR]"));
+        QStringLiteral("Soubor nastavení (*.eep) nebo nastavení JSON pro --print-pdf."), QStringLiteral("[SOUBOR]"));
 
     if (!parser.parse(QCoreApplication::arguments())) {
         std::fprintf(stderr, "rm8config: %s (viz rm8config --help)\n", qPrintable(parser.errorText()));

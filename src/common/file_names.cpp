@@ -8,9 +8,8 @@ namespace rm8 {
 namespace {
 
 constexpr std::string_view kRefused = "/\\:*?\"<>|";
-constexpr std::array<std::string_view, 22> kDeviceNames = {
-    "CON",  "PRN",  "AUX",  "NUL",  "COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM7",
-    "COM8", "COM9", "LPT1", "LPT2", "LPT3", "LPT4", "LPT5", "LPT6", "LPT7", "LPT8", "LPT9"};
+constexpr std::array<std::string_view, 22> kDeviceNames = { "CON", "PRN", "AUX", "NUL", "COM1", "COM2", "COM3", "COM4",
+    "COM5", "COM6", "COM7", "COM8", "COM9", "LPT1", "LPT2", "LPT3", "LPT4", "LPT5", "LPT6", "LPT7", "LPT8", "LPT9" };
 
 // Windows refuses a device name also with an extension after it: "nul.txt".
 bool isDeviceName(std::string_view stem)
@@ -18,8 +17,8 @@ bool isDeviceName(std::string_view stem)
     std::string base(stem.substr(0, stem.find('.')));
     while (!base.empty() && base.back() == ' ')
         base.pop_back();
-    std::transform(base.begin(), base.end(), base.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    std::transform(
+        base.begin(), base.end(), base.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return std::find(kDeviceNames.begin(), kDeviceNames.end(), base) != kDeviceNames.end();
 }
 

@@ -50,8 +50,11 @@ TEST(SettingsJson, EitherBatteryKeyGivesBoth)
 TEST(FieldCatalogue, TextFieldsAcceptTheirLengths)
 {
     std::size_t texts = 0;
-    for (const auto& info : fieldCatalogue())
-        texts += info.shape == FieldShape::Text || info.shape == FieldShape::TextRow;
+    for (const auto& info : fieldCatalogue()) {
+        const bool text = info.shape == FieldShape::Text || info.shape == FieldShape::TextRow;
+        texts += text;
+        EXPECT_TRUE(text || info.maxLength == 0) << info.name << " holds no text";
+    }
     const auto rows = test::readTable("fields/length_limits.tsv");
     EXPECT_EQ(rows.size(), texts);
     for (const auto& row : rows) {
