@@ -7,6 +7,7 @@
 #include "settings/loaded_settings.h"
 #include "settings/image_encoder.h"
 #include "settings/image_header.h"
+#include "settings/image_layout.h"
 #include "settings/image_survey.h"
 #include "settings/settings_file.h"
 #include "settings/table_file.h"
@@ -137,6 +138,28 @@ TEST(Encoder, CasesOfTheTable)
         const auto settings = settingsFromJson(expanded(c["settings"]));
         ASSERT_TRUE(settings) << settings.error();
         expectEncoding(*settings, c);
+    }
+}
+
+// A phone's length field is read as far as it is hexadecimal, in either
+// case: a file written by another tool may use lower-case digits.
+TEST(Decoder, PhoneLengthFieldIsReadAsFarAsItIsHexadecimal)
+{
+    StationSettings settings;
+    settings.tabTC[0] = "+420602123456789";
+    settings.tabTC[1] = "+420603654321";
+    EepromImage image;
+    ASSERT_TRUE(encodeImage(settings, image));
+    const std::uint16_t phone = image.word(layout::kPhonesPointer);
+    ASSERT_EQ(image.byte(phone), '0');
+    ASSERT_EQ(image.byte(phone + 1), 'F');
+    for (const char* field : { "0F", "0f", "F ", "Fx", "f\x01" }) {
+        image.putByte(phone, field[0]);
+        image.putByte(phone + 1, field[1]);
+        StationSettings decoded;
+        ASSERT_TRUE(decodeImage(image, decoded)) << field;
+        EXPECT_EQ(decoded.tabTC[0], "+420602123456789") << field;
+        EXPECT_EQ(decoded.tabTC[1], "+420603654321") << field;
     }
 }
 
