@@ -10,11 +10,18 @@
 //      (target at least 5,000) and the tool's CPU time per exchange;
 //  (c) the tool's CPU time while it searches a silent station for 10 s
 //      (target under 0.2 s);
-//  (d) a full read on the 9,600-baud line with one reply in every 13 late by
-//      150 ms: what the quiet waits and the second read cost, and whether the
-//      image is the station's (the one target: the right bytes).
+//  (d) on a simulated 9,600-baud line with one reply in every 13 late by
+//      150 ms: a full read and a full write with read-back, their time over
+//      the physical limit (wire time plus the line's total lateness); target
+//      at most 1.15 with the image exact;
+//  (e) one stall (a reply 300 ms late) on a clean line: a full read's time
+//      over a clean read's; target at most 1.05;
+//  (f) the worst cases: every 7th reply 1,300 ms late, replies later than
+//      the longest reply time, later than all of a block's attempts together
+//      (the read must fail rather than give other bytes).
+// Parts (d) to (f) run on the simulated station's clock and take seconds.
 //
-// Usage: link_bench [--only a|b|c|d] [--rm8sim PATH]
+// Usage: link_bench [--only a|b|c|d|e|f] [--rm8sim PATH]
 
 #include <algorithm>
 #include <chrono>
@@ -38,6 +45,7 @@
 #include "link/posix_serial_line.h"
 #include "link/session.h"
 #include "settings/eeprom_image.h"
+#include "support/sim_line.h"
 
 extern char** environ;
 
@@ -50,6 +58,11 @@ using rm8::link::LineIo;
 constexpr std::size_t kEeprom = 8128; // size code 6
 constexpr unsigned kBaud = 9600;
 constexpr unsigned kWriteTimeMs = 5;
+// A clean full read, and a clean full write with read-back up to the last
+// block: the 26 header blocks twice and the data blocks from 272, each
+// written and read back.
+constexpr std::size_t kReadExchanges = kEeprom / 8;
+constexpr std::size_t kWriteExchanges = 2 * (2 * 26 + (kEeprom - 8 - 272 + 7) / 8 + 1);
 
 double secondsOf(Clock::duration d)
 {
@@ -58,11 +71,10 @@ double secondsOf(Clock::duration d)
 
 double cpuSeconds()
 {
-    rusage usage{};
+    rusage usage {};
     ::getrusage(RUSAGE_SELF, &usage);
-    const auto tv = [](const timeval& t) {
-        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
-    };
+    const auto tv
+        = [](const timeval& t) { return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6; };
     return tv(usage.ru_utime) + tv(usage.ru_stime);
 }
 
@@ -92,7 +104,7 @@ public:
         std::string line;
         const auto giveUp = Clock::now() + 10s;
         while (line.empty() || line.back() != '\n') {
-            pollfd waiting{out[0], POLLIN, 0};
+            pollfd waiting { out[0], POLLIN, 0 };
             if (Clock::now() > giveUp || ::poll(&waiting, 1, 100) < 0)
                 break;
             char c = 0;
@@ -127,7 +139,10 @@ private:
 // Counts what crosses the line, for the ideal wire time.
 class CountingLine : public rm8::link::SerialLine {
 public:
-    explicit CountingLine(rm8::link::SerialLine& line) : line_(line) {}
+    explicit CountingLine(rm8::link::SerialLine& line)
+        : line_(line)
+    {
+    }
 
     rm8::Expected<void, std::string> open() override { return line_.open(); }
     void close() override { line_.close(); }
@@ -169,15 +184,18 @@ private:
 // No person in front: no Storno, except after a set time.
 class Unattended : public rm8::Interaction {
 public:
-    explicit Unattended(Clock::duration stornoAfter = Clock::duration::max()) : stornoAfter_(stornoAfter) {}
+    explicit Unattended(Clock::duration stornoAfter = Clock::duration::max())
+        : stornoAfter_(stornoAfter)
+    {
+    }
     void showProgress(std::string_view, bool) override { shown_ = Clock::now(); }
-    void hideProgress() override {}
+    void hideProgress() override { }
     bool cancelRequested() override
     {
         ++turns;
         return stornoAfter_ != Clock::duration::max() && Clock::now() - shown_ >= stornoAfter_;
     }
-    void message(rm8::MessageIcon, std::string_view, std::string_view) override {}
+    void message(rm8::MessageIcon, std::string_view, std::string_view) override { }
     rm8::Answer ask(rm8::MessageIcon, std::string_view, rm8::Buttons) override { return rm8::Answer::Yes; }
 
     long turns = 0;
@@ -209,8 +227,8 @@ rm8::EepromImage randomImage()
 // (a) The emulated line: how close the tool comes to the wire's own time.
 bool emulated(const std::string& rm8sim)
 {
-    StationProcess station(rm8sim, {"--size-code", "6", "--line-rate", std::to_string(kBaud), "--write-time",
-                                    std::to_string(kWriteTimeMs)});
+    StationProcess station(rm8sim,
+        { "--size-code", "6", "--line-rate", std::to_string(kBaud), "--write-time", std::to_string(kWriteTimeMs) });
     rm8::link::PosixSerialLine posix(station.path());
     CountingLine line(posix);
     Unattended ui;
@@ -218,20 +236,20 @@ bool emulated(const std::string& rm8sim)
     if (!activate(io))
         throw std::runtime_error("the station did not answer");
     std::printf("(a) line-rate emulation: %u baud 8N1 (10 bits per byte), %u ms per written block, EEPROM %zu bytes\n",
-                kBaud, kWriteTimeMs, kEeprom);
+        kBaud, kWriteTimeMs, kEeprom);
     const double byteSeconds = 10.0 / kBaud;
     bool allMet = true;
 
     const auto report = [&](const char* what, Clock::duration took) {
         const double ideal = static_cast<double>(line.sent + line.received) * byteSeconds
-                             + static_cast<double>(line.blockWrites) * kWriteTimeMs / 1000.0;
+            + static_cast<double>(line.blockWrites) * kWriteTimeMs / 1000.0;
         const double ratio = secondsOf(took) / ideal;
         const bool met = ratio <= 1.03;
         allMet = allMet && met;
         std::printf("    %-27s %5zu exchanges (%zu retried), %6zu bytes out, %6zu bytes in: measured %8.3f s, "
                     "ideal %8.3f s, ratio %.4f, %.0f us over the wire per exchange (target <= 1.03: %s)\n",
-                    what, line.requests, line.repeats, line.sent, line.received, secondsOf(took), ideal, ratio,
-                    (secondsOf(took) - ideal) * 1e6 / static_cast<double>(line.requests), verdict(met));
+            what, line.requests, line.repeats, line.sent, line.received, secondsOf(took), ideal, ratio,
+            (secondsOf(took) - ideal) * 1e6 / static_cast<double>(line.requests), verdict(met));
     };
 
     rm8::EepromImage image;
@@ -255,7 +273,7 @@ bool emulated(const std::string& rm8sim)
 // (b) No emulation: what the pseudo-terminal and the tool manage.
 bool unthrottled(const std::string& rm8sim)
 {
-    StationProcess station(rm8sim, {"--size-code", "6"});
+    StationProcess station(rm8sim, { "--size-code", "6" });
     rm8::link::PosixSerialLine posix(station.path());
     CountingLine line(posix);
     Unattended ui;
@@ -277,14 +295,14 @@ bool unthrottled(const std::string& rm8sim)
     const bool met = rate >= 5000;
     std::printf("(b) no emulation: %d full reads, %zu exchanges in %.3f s: %.0f exchanges per second "
                 "(target >= 5000: %s); tool CPU %.3f s, %.1f us per exchange\n",
-                kRounds, line.requests, took, rate, verdict(met), cpu, cpu * 1e6 / static_cast<double>(line.requests));
+        kRounds, line.requests, took, rate, verdict(met), cpu, cpu * 1e6 / static_cast<double>(line.requests));
     return met;
 }
 
 // (c) Waiting on a station that never answers.
 bool silent(const std::string& rm8sim)
 {
-    StationProcess station(rm8sim, {"--silent-attention", "1000000000"});
+    StationProcess station(rm8sim, { "--silent-attention", "1000000000" });
     rm8::link::PosixSerialLine line(station.path());
     Unattended ui(10s);
     LineIo io(line, ui);
@@ -296,48 +314,142 @@ bool silent(const std::string& rm8sim)
     const bool met = !found && cpu < 0.2;
     std::printf("(c) silent station searched for %.2f s (attention loop until Storno): tool CPU %.4f s, "
                 "%ld turns of the user interface (target < 0.2 s: %s)\n",
-                took, cpu, ui.turns, verdict(met));
+        took, cpu, ui.turns, verdict(met));
     return met;
 }
 
-// (d) A noisy line: late replies that a read must not take for the next block's.
-bool lateReplies(const std::string& rm8sim)
+// The parts on a troubled line run against the simulated station in this
+// process, on the station's own clock: reply times hold to the millisecond
+// and a read of minutes takes a fraction of a second.
+struct TroubledLine {
+    unsigned lateEvery = 0; // every Nth request's reply is late; 0: only the one below
+    std::size_t lateRequest = 0;
+    std::chrono::milliseconds lateBy { 0 };
+};
+
+struct Outcome {
+    bool done = false;
+    bool exact = false;
+    double seconds = 0;
+    double lateness = 0; // of the late replies among as many as a clean transfer has
+    double lineLateness = 0; // of all the replies the line held back, retries' included
+    std::size_t requests = 0;
+};
+
+rm8::sim::StationBehaviour lineAt9600(std::chrono::milliseconds lateBy)
 {
-    const std::string eepromFile = "/tmp/rm8-link-bench-" + std::to_string(::getpid()) + ".eep";
+    rm8::sim::StationBehaviour behaviour;
+    behaviour.line.baud = kBaud;
+    behaviour.line.writeTime = std::chrono::milliseconds(kWriteTimeMs);
+    behaviour.faults.lateBy = lateBy;
+    behaviour.keepRequests = false;
+    return behaviour;
+}
+
+Outcome transfer(const TroubledLine& trouble, bool write)
+{
     const rm8::EepromImage held = randomImage();
-    {
-        FILE* file = std::fopen(eepromFile.c_str(), "wb");
-        if (file == nullptr || std::fwrite(held.bytes().data(), 1, kEeprom + 64, file) != kEeprom + 64)
-            throw std::runtime_error("cannot write " + eepromFile);
-        std::fclose(file);
+    rm8::test::SimRig rig(
+        {}, rm8::test::Bytes(held.bytes().begin(), held.bytes().begin() + kEeprom + 64), lineAt9600(trouble.lateBy));
+    // More requests than any transfer here makes.
+    for (std::size_t n = 1; n < 40000; ++n)
+        if ((trouble.lateEvery != 0 && n % trouble.lateEvery == 0) || n == trouble.lateRequest)
+            rig.faults[n] = rm8::sim::RequestFault::Late;
+    rm8::EepromImage image(0);
+    rm8::EepromImage intended = randomImage();
+    if (write)
+        image = intended;
+    rm8::link::BlockTransfer blocks(rig.io, image);
+    const auto started = rig.line.now();
+    Outcome outcome;
+    outcome.done = write ? blocks.writeAllBlocks(kEeprom - 8, true) : blocks.readAllBlocks(kEeprom);
+    outcome.seconds = secondsOf(rig.line.now() - started);
+    outcome.requests = rig.line.station.framesHandled();
+    const std::size_t clean = write ? kWriteExchanges : kReadExchanges;
+    const double late = std::chrono::duration<double>(trouble.lateBy).count();
+    for (const auto& [n, fault] : rig.faults) {
+        outcome.lateness += n <= clean ? late : 0;
+        outcome.lineLateness += n <= outcome.requests ? late : 0;
     }
-    bool same = false;
-    try {
-        StationProcess station(rm8sim, {"--size-code", "6", "--line-rate", std::to_string(kBaud), "--eeprom",
-                                        eepromFile, "--late-every", "13", "--late-by", "150"});
-        rm8::link::PosixSerialLine posix(station.path());
-        CountingLine line(posix);
-        Unattended ui;
-        LineIo io(line, ui);
-        if (!activate(io))
-            throw std::runtime_error("the station did not answer");
-        rm8::EepromImage image;
-        line.reset();
-        const auto started = Clock::now();
-        const bool read = rm8::link::BlockTransfer(io, image).readAllBlocks(kEeprom);
-        const double took = secondsOf(Clock::now() - started);
-        same = read && std::equal(held.bytes().begin(), held.bytes().begin() + kEeprom, image.bytes().begin());
-        const double ideal = static_cast<double>(kEeprom / 8 * (7 + 19)) * 10.0 / kBaud;
-        std::printf("(d) late replies (1 in 13, 150 ms late, %u baud): full read %s in %.3f s, %zu exchanges "
-                    "(%zu retried), %.2f times a clean read's wire time; image %s\n",
-                    kBaud, read ? "done" : "FAILED", took, line.requests, line.repeats, took / ideal,
-                    same ? "equals the station's" : "DIFFERS from the station's");
-    } catch (...) {
-        std::remove(eepromFile.c_str());
-        throw;
+    const auto& station = rig.line.station.eeprom();
+    outcome.exact = outcome.done
+        && (write ? std::equal(station.begin() + 128, station.begin() + kEeprom, intended.bytes().begin() + 128)
+                  : std::equal(held.bytes().begin(), held.bytes().begin() + kEeprom, image.bytes().begin()));
+    return outcome;
+}
+
+// The wire's own time for a clean transfer: every request and reply byte at
+// 10 bits per byte, and the station's write time per written block.
+double wireSeconds(bool write)
+{
+    const double byteSeconds = 10.0 / kBaud;
+    if (!write)
+        return kReadExchanges * (7 + 19) * byteSeconds;
+    const double writes = kWriteExchanges / 2.0;
+    return writes * ((23 + 3) * byteSeconds + kWriteTimeMs / 1000.0) + writes * (7 + 19) * byteSeconds;
+}
+
+bool printTroubled(const char* what, const TroubledLine& trouble, bool write, double target)
+{
+    const Outcome o = transfer(trouble, write);
+    const double limit = wireSeconds(write) + o.lateness;
+    const double ratio = o.seconds / limit;
+    const bool met = o.exact && (target == 0 || ratio <= target);
+    char goal[48] = "";
+    if (target != 0)
+        std::snprintf(goal, sizeof goal, " (target <= %.2f: %s)", target, verdict(met));
+    std::printf("    %-46s %s in %8.3f s, %5zu requests; limit %8.3f s (wire %.3f s + lateness %.3f s), ratio %.3f "
+                "(%.3f over wire + all %.3f s the line held replies back, retries' included); %s%s\n",
+        what, o.done ? "done" : "FAILED (block error)", o.seconds, o.requests, limit, wireSeconds(write), o.lateness,
+        ratio, o.seconds / (wireSeconds(write) + o.lineLateness), o.lineLateness,
+        o.exact      ? "image exact"
+            : o.done ? "image DIFFERS"
+                     : "nothing taken as read",
+        goal);
+    return target == 0 || met;
+}
+
+// (d) A noisy line: late replies, taken for what they answer.
+bool lateReplies()
+{
+    std::printf(
+        "(d) simulated station, %u baud 8N1, %zu-byte EEPROM, one reply in 13 late by 150 ms:\n", kBaud, kEeprom);
+    const TroubledLine line { 13, 0, 150ms };
+    const bool read = printTroubled("full read", line, false, 1.15);
+    const bool written = printTroubled("full write with read-back", line, true, 1.15);
+    return read && written;
+}
+
+// (e) One stall of the machine on a clean line: one reply 300 ms late.
+bool oneStall()
+{
+    const Outcome clean = transfer({}, false);
+    const Outcome stalled = transfer({ 0, 500, 300ms }, false);
+    const double ratio = stalled.seconds / clean.seconds;
+    const bool met = stalled.exact && clean.exact && ratio <= 1.05;
+    std::printf("(e) simulated station, %u baud: full read clean %.3f s (%zu requests), with one reply 300 ms late "
+                "%.3f s (%zu requests), ratio %.4f, image %s (target <= 1.05: %s)\n",
+        kBaud, clean.seconds, clean.requests, stalled.seconds, stalled.requests, ratio,
+        stalled.exact ? "exact" : "WRONG", verdict(met));
+    return met;
+}
+
+// (f) The worst cases: no target but the right bytes or a block error.
+bool worstCases()
+{
+    std::printf("(f) simulated station, %u baud, worst cases (the image exact, or the read fails):\n", kBaud);
+    bool right = true;
+    for (const auto& [what, line] :
+        std::vector<std::pair<const char*, TroubledLine>> { { "read, 1 in 7 late by 1,300 ms", { 7, 0, 1300ms } },
+            { "read, 1 in 13 late by 1,500 ms (> 1,200)", { 13, 0, 1500ms } },
+            { "read, 1 in 13 late by 9,000 ms (> all waits)", { 13, 0, 9000ms } },
+            { "write with read-back, 1 in 7 late by 1,300 ms", { 7, 0, 1300ms } } }) {
+        const bool write = std::string_view(what).starts_with("write");
+        const Outcome o = transfer(line, write);
+        right = right && (o.exact || !o.done);
+        printTroubled(what, line, write, 0);
     }
-    std::remove(eepromFile.c_str());
-    return same;
+    return right;
 }
 
 } // namespace
@@ -365,7 +477,11 @@ int main(int argc, char** argv)
         if (only.empty() || only == "c")
             allMet = silent(rm8sim) && allMet;
         if (only.empty() || only == "d")
-            allMet = lateReplies(rm8sim) && allMet;
+            allMet = lateReplies() && allMet;
+        if (only.empty() || only == "e")
+            allMet = oneStall() && allMet;
+        if (only.empty() || only == "f")
+            allMet = worstCases() && allMet;
     } catch (const std::exception& e) {
         std::fprintf(stderr, "link_bench: %s\n", e.what());
         return 2;

@@ -41,6 +41,9 @@ cmake --build --preset release --target codec_bench check_bench link_bench gui_b
 # The line-rate part (a) takes minutes at 9,600 baud; run it by hand.
 ./build/release/bench/link_bench --only b
 ./build/release/bench/link_bench --only c
+./build/release/bench/link_bench --only d
+./build/release/bench/link_bench --only e
+./build/release/bench/link_bench --only f
 QT_QPA_PLATFORM=offscreen ./build/release/bench/gui_bench
 ./build/release/bench/check_bench --benchmark_min_time=0.2
 QT_QPA_PLATFORM=offscreen ./build/release/bench/report_bench

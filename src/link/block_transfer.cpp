@@ -21,15 +21,12 @@ constexpr unsigned kLongestReadWaitMs = 30000;
 constexpr int kReadFailuresAllowed = 10;
 constexpr int kWriteAttempts = 10;
 constexpr int kVerifyAttempts = 9;
-// The time a station is given for a reply: the quiet that tells that no
-// reply to an earlier request is still on its way.
-constexpr std::chrono::milliseconds kQuiet{kReplyMarginMs};
 
 using Block = std::array<std::uint8_t, kBlockBytes>;
 
 Block blockOf(const EepromImage& image, std::size_t address)
 {
-    Block block{};
+    Block block {};
     for (std::size_t k = 0; k < kBlockBytes; ++k)
         block[k] = image.byte(address + k);
     return block;
@@ -37,7 +34,7 @@ Block blockOf(const EepromImage& image, std::size_t address)
 
 std::vector<std::uint8_t> addressed(std::uint8_t request, std::uint16_t address)
 {
-    std::vector<std::uint8_t> frame{request};
+    std::vector<std::uint8_t> frame { request };
     appendHexByte(frame, static_cast<std::uint8_t>(address % 256));
     appendHexByte(frame, static_cast<std::uint8_t>(address / 256));
     return frame;
@@ -77,8 +74,8 @@ std::vector<std::uint16_t> BlockTransfer::restoringOrder()
 
 bool BlockTransfer::readBlock(std::uint16_t address)
 {
-    const auto reply = io_.exchange(addressed(kReadBlock, address), protocol::replyCode(kReadBlock),
-                                    std::chrono::milliseconds(retryWaitMs_ + kReplyMarginMs));
+    const auto reply = line_.exchange(addressed(kReadBlock, address), protocol::replyCode(kReadBlock),
+        std::chrono::milliseconds(retryWaitMs_ + kReplyMarginMs));
     if (!reply || reply->size() < protocol::kReadReplyLength)
         return false;
     for (std::size_t k = 0; k < kBlockBytes; ++k)
@@ -91,7 +88,9 @@ bool BlockTransfer::writeBlock(std::uint16_t address)
     auto request = addressed(kWriteBlock, address);
     for (std::size_t k = 0; k < kBlockBytes; ++k)
         appendHexByte(request, image_.byte(address + k));
-    return io_.exchange(request, protocol::replyCode(kWriteBlock), std::chrono::milliseconds(retryWaitMs_ + kReplyMarginMs)).has_value();
+    return line_
+        .exchange(request, protocol::replyCode(kWriteBlock), std::chrono::milliseconds(retryWaitMs_ + kReplyMarginMs))
+        .has_value();
 }
 
 bool BlockTransfer::verifyBlock(std::uint16_t address)
@@ -100,55 +99,51 @@ bool BlockTransfer::verifyBlock(std::uint16_t address)
     retryWaitMs_ = 0;
     for (int attempt = 0; attempt < kVerifyAttempts; ++attempt) {
         retryWaitMs_ += kRetryStepMs;
-        if (readBlock(address) && blockOf(image_, address) == expected) {
-            if (attempt > 0)
-                io_.settle(kQuiet);
+        if (readBlock(address) && blockOf(image_, address) == expected)
             return true;
-        }
     }
     return false;
 }
 
-bool BlockTransfer::readWithRetries(std::uint16_t address, bool& retried)
+bool BlockTransfer::readWithRetries(std::uint16_t address, bool& suspect)
 {
     retryWaitMs_ = 0;
     int failures = 0;
-    retried = false;
     while (!readBlock(address)) {
-        retried = true;
         if (retryWaitMs_ + kRetryStepMs >= kLongestReadWaitMs || failures > kReadFailuresAllowed)
             return false;
         ++failures;
         retryWaitMs_ += kRetryStepMs;
     }
-    if (retried)
-        io_.settle(kQuiet);
+    suspect = !line_.inStep();
     return true;
 }
 
 bool BlockTransfer::readAllBlocks(std::size_t eepromSize)
 {
     Interaction& ui = io_.ui();
-    io_.flushInput();
+    line_.start();
     ui.showProgress(messages::kReadingEeprom, true);
     const std::size_t blocks = (eepromSize + kBlockBytes - 1) / kBlockBytes;
     std::size_t address = 0;
-    std::size_t firstRetried = eepromSize;
+    std::size_t firstSuspect = eepromSize;
     bool cancelled = false;
     do {
         ui.progressBlocks(address / kBlockBytes, blocks);
-        bool retried = false;
-        if (!readWithRetries(static_cast<std::uint16_t>(address), retried)) {
+        bool suspect = false;
+        if (!readWithRetries(static_cast<std::uint16_t>(address), suspect)) {
             ui.hideProgress();
             return false;
         }
-        if (retried)
-            firstRetried = std::min(firstRetried, address);
+        if (suspect)
+            firstSuspect = std::min(firstSuspect, address);
         address += kBlockBytes;
         cancelled = ui.cancelRequested();
     } while (address < eepromSize && !cancelled);
-    if (firstRetried < eepromSize && !cancelled) {
-        const bool confirmed = confirmFrom(firstRetried, eepromSize, blocks);
+    // No reply still owed is left to be taken for whatever comes next.
+    line_.drain();
+    if (firstSuspect < eepromSize && !cancelled) {
+        const bool confirmed = confirmFrom(firstSuspect, eepromSize, blocks);
         ui.hideProgress();
         return confirmed;
     }
@@ -169,15 +164,15 @@ bool BlockTransfer::confirmFrom(std::size_t first, std::size_t eepromSize, std::
         const std::size_t address = first + (again - 1 - i) * kBlockBytes;
         ui.progressBlocks(blocks + i, blocks + again);
         const auto block = static_cast<std::uint16_t>(address);
-        bool retried = false;
-        if (!readWithRetries(block, retried))
+        bool suspect = false;
+        if (!readWithRetries(block, suspect))
             return false;
         const Block second = blockOf(image_, address);
         if (second != blockOf(firstRead, address)) {
-            // One of the two went out of step; a third read on a quiet line
-            // decides between them.
-            io_.settle(kQuiet);
-            if (!readWithRetries(block, retried))
+            // One of the two went out of step; a third read, with no reply
+            // owed any more, decides between them.
+            line_.drain();
+            if (!readWithRetries(block, suspect))
                 return false;
             const Block third = blockOf(image_, address);
             if (third != second && third != blockOf(firstRead, address))
@@ -202,8 +197,6 @@ bool BlockTransfer::writeWithRetries(std::uint16_t address, bool checkWrite)
     }
     if (!written)
         return false;
-    if (attempts > 1)
-        io_.settle(kQuiet);
     const bool cancelled = io_.ui().cancelRequested();
     if (checkWrite && !cancelled && !verifyBlock(address))
         return false;
@@ -213,7 +206,7 @@ bool BlockTransfer::writeWithRetries(std::uint16_t address, bool checkWrite)
 bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
 {
     Interaction& ui = io_.ui();
-    io_.flushInput();
+    line_.start();
     ui.showProgress(messages::kWritingEeprom, true);
     const auto fail = [&] {
         ui.hideProgress();
@@ -221,8 +214,8 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
     };
 
     const auto zeroing = zeroingOrder();
-    const std::size_t dataBlocks =
-        usedSize <= kFirstDataBlock ? 1 : (usedSize - kFirstDataBlock + kBlockBytes - 1) / kBlockBytes + 1;
+    const std::size_t dataBlocks
+        = usedSize <= kFirstDataBlock ? 1 : (usedSize - kFirstDataBlock + kBlockBytes - 1) / kBlockBytes + 1;
     const std::size_t total = 2 * zeroing.size() + dataBlocks;
     std::size_t done = 0;
     const auto writeOne = [&](std::uint16_t address) {
@@ -257,6 +250,7 @@ bool BlockTransfer::writeAllBlocks(std::size_t usedSize, bool checkWrite)
         if (!writeOne(restored))
             return fail();
     }
+    line_.drain();
     ui.progressBlocks(total, total);
     ui.hideProgress();
     return true;

@@ -14,18 +14,20 @@
 // stops reads as not programmed, and the mark comes back only with the block
 // that completes the write.
 //
-// Replies carry no address, so a reply that arrives late answers, to the
-// tool, the request after its own. Two defences keep a read from going out
-// of step: after any block that needed a retry the line is left to fall
-// quiet before the next request, and when any block of a read needed a
-// retry, the blocks from the first such one are read once more and taken
-// only where both reads agree (a third read settles a disagreement). A
-// clean line needs neither and pays nothing for them.
+// Replies carry no address. A late reply is taken when only copies of its
+// request have gone out since (see in_step_line.h), and no other request goes
+// out while a reply may still come; so a late or stalled line costs its
+// lateness and nothing more. Only once a reply was given up (it never came
+// within its reply time and a quiet line) could a later reply be another
+// request's: the blocks read from then on are read once more, last first,
+// and taken only where both reads agree (a third read settles a
+// disagreement).
 
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include "link/in_step_line.h"
 #include "link/line_io.h"
 #include "settings/eeprom_image.h"
 #include "settings/image_layout.h"
@@ -37,7 +39,12 @@ inline constexpr std::uint16_t kFirstDataBlock = layout::kHeapStart;
 
 class BlockTransfer {
 public:
-    BlockTransfer(LineIo& io, EepromImage& image) : io_(io), image_(image) {}
+    BlockTransfer(LineIo& io, EepromImage& image)
+        : io_(io)
+        , line_(io)
+        , image_(image)
+    {
+    }
 
     // One exchange each; a read stores the block into the image on success.
     bool readBlock(std::uint16_t address);
@@ -60,14 +67,14 @@ public:
     static std::vector<std::uint16_t> restoringOrder();
 
 private:
-    // Tries one block up to its limit of attempts; on any failed attempt
-    // lets the line fall quiet before the next request. Retried tells
-    // whether it took more than one attempt.
-    bool readWithRetries(std::uint16_t address, bool& retried);
+    // Tries one block up to its limit of attempts. Suspect tells whether
+    // the reply taken may have been another request's.
+    bool readWithRetries(std::uint16_t address, bool& suspect);
     bool confirmFrom(std::size_t first, std::size_t eepromSize, std::size_t blocks);
     bool writeWithRetries(std::uint16_t address, bool checkWrite);
 
     LineIo& io_;
+    InStepLine line_;
     EepromImage& image_;
     unsigned retryWaitMs_ = 0;
 };

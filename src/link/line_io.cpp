@@ -44,26 +44,11 @@ std::optional<std::vector<std::uint8_t>> LineIo::receive(std::chrono::millisecon
     return assembler.reply();
 }
 
-void LineIo::settle(std::chrono::milliseconds quiet)
+std::optional<std::vector<std::uint8_t>> LineIo::exchange(
+    std::span<const std::uint8_t> request, std::uint8_t replyCode, std::chrono::milliseconds timeout)
 {
-    const auto giveUp = clock_.now() + 10 * quiet;
-    auto until = clock_.now() + quiet;
-    for (auto now = clock_.now(); now < until; now = clock_.now()) {
-        const auto bytes = line_.read(std::min(until, now + kTurn));
-        if (!bytes)
-            return;
-        if (!bytes->empty())
-            until = std::min(giveUp, clock_.now() + quiet);
-        (void)ui_.cancelRequested();
-    }
-}
-
-std::optional<std::vector<std::uint8_t>> LineIo::exchange(std::span<const std::uint8_t> request,
-                                                          std::uint8_t replyCode, std::chrono::milliseconds timeout)
-{
-    // Block replies carry no address: a reply that came after its request
-    // had timed out would otherwise be taken for the answer to this one, and
-    // a read would go on one block out of step without noticing.
+    // Whatever waits answers nothing sent from here on: a reply that came
+    // after its request had timed out must not answer this one.
     line_.flushInput();
     send(request);
     auto reply = receive(timeout);

@@ -19,9 +19,12 @@ namespace rm8::link {
 
 class LineIo {
 public:
-    static constexpr std::chrono::milliseconds kTurn{50};
+    static constexpr std::chrono::milliseconds kTurn { 50 };
 
-    LineIo(SerialLine& line, Interaction& ui, LineClock& clock = steadyClock()) : line_(line), ui_(ui), clock_(clock)
+    LineIo(SerialLine& line, Interaction& ui, LineClock& clock = steadyClock())
+        : line_(line)
+        , ui_(ui)
+        , clock_(clock)
     {
     }
 
@@ -32,25 +35,22 @@ public:
     // or a failed line.
     std::optional<std::vector<std::uint8_t>> receive(std::chrono::milliseconds timeout);
 
-    // A request and its reply, accepted only with the expected reply code.
-    std::optional<std::vector<std::uint8_t>> exchange(std::span<const std::uint8_t> request, std::uint8_t replyCode,
-                                                      std::chrono::milliseconds timeout);
+    // A request and its reply, accepted only with the expected reply code;
+    // what arrived before the request is dropped. The block transfers count
+    // their replies instead (in_step_line.h).
+    std::optional<std::vector<std::uint8_t>> exchange(
+        std::span<const std::uint8_t> request, std::uint8_t replyCode, std::chrono::milliseconds timeout);
 
     void flushInput() { line_.flushInput(); }
 
-    // Discards whatever arrives until nothing has come for the quiet time
-    // (or a dead line says nothing will). Replies carry no request of their
-    // own: after an exchange that went wrong, a reply to an earlier request
-    // may still be on its way and would be taken for the next one's. Gives
-    // up after ten quiet times of a line that keeps talking.
-    void settle(std::chrono::milliseconds quiet);
+    // Waits out a reply time, giving the user interface its turns.
+    void waitUntil(Clock::time_point deadline);
+
     SerialLine& line() { return line_; }
     Interaction& ui() { return ui_; }
     LineClock& clock() { return clock_; }
 
 private:
-    void waitUntil(Clock::time_point deadline);
-
     SerialLine& line_;
     Interaction& ui_;
     LineClock& clock_;

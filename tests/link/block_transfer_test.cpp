@@ -106,14 +106,15 @@ TEST(BlockTransfer, LateRepliesNeitherShiftAReadNorFailAWriteWithReadBack)
             }
 }
 
-// Once a block of a read needed a retry, the blocks from it on are read again,
-// last first, and each is taken where two reads agree: a third read settles
-// a disagreement, and three different answers are a block error.
+// Once a reply was given up (block 8's retry, whose own reply the dropped
+// one's place took), the blocks read after it are read again, last first, and
+// each is taken where two reads agree: a third read settles a disagreement,
+// and three different answers are a block error.
 TEST(BlockTransfer, BlocksAfterARetryAreTakenWhereTwoReadsAgree)
 {
     const Bytes held = test::pattern(128, 1, 0, 256);
-    // Requests 1 to 9 are the first read (block 8 twice), 10 to 16 the
-    // second from block 56 down to 8; block 16 is request 4 and 15, and
+    // Requests 1 to 9 are the first read (block 8 twice), 10 to 15 the
+    // second from block 56 down to 16; block 16 is request 4 and 15, and
     // request 16 when read a third time.
     for (const auto& [noisy, read] : std::vector<std::pair<std::vector<std::size_t>, bool>>{
              {{4}, true}, {{15}, true}, {{4, 15, 16}, false}}) {

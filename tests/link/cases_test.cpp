@@ -28,9 +28,10 @@ namespace {
 std::vector<std::string> replay(const std::vector<std::string>& head)
 {
     using enum sim::RequestFault;
-    const std::map<std::string, sim::RequestFault> kinds{
-        {"drop", Drop}, {"garble", Garble}, {"late", Late}, {"hangup", HangUp}, {"store-other", StoreOther}};
+    const std::map<std::string, sim::RequestFault> kinds { { "drop", Drop }, { "garble", Garble }, { "late", Late },
+        { "hangup", HangUp }, { "store-other", StoreOther } };
     sim::StationProfile profile;
+    sim::StationBehaviour behaviour;
     StationSettings given; // what the commands write and a read may replace
     for (const auto& line : head) {
         std::istringstream in(line);
@@ -44,10 +45,12 @@ std::vector<std::string> replay(const std::vector<std::string>& head)
             (word == "modem" ? profile.modemCode : profile.memorySizeCode) = std::uint8_t(a);
         if (word == "settings")
             given = parseSettingsJson(line.substr(9)).value();
+        if (word == "late-by" && in >> a)
+            behaviour.faults.lateBy = std::chrono::milliseconds(a);
     }
     const std::size_t size = sim::memoryBytes(profile.memorySizeCode) + 64;
     const bool blank = std::ranges::count(head, "blank-eeprom") != 0;
-    SimRig rig(profile, blank ? Bytes(size, 0xFF) : pattern(size, 7, 3, 251));
+    SimRig rig(profile, blank ? Bytes(size, 0xFF) : pattern(size, 7, 3, 251), behaviour);
     rig.line.refuseOpen = std::ranges::count(head, "refuse-open") != 0;
     if (std::ranges::count(head, "run activate") != 0)
         rig.line.close(); // as before a session; the block commands find it open
@@ -55,9 +58,13 @@ std::vector<std::string> replay(const std::vector<std::string>& head)
     EepromImage image, written;
     link::BlockTransfer transfer(rig.io, image);
     const auto said = [&](const std::string& what) { rig.line.note("= " + what); };
+    auto counted = [&, before = std::size_t { 0 }]() mutable {
+        const std::size_t handled = rig.line.station.framesHandled();
+        rig.line.note("requests " + std::to_string(handled - std::exchange(before, handled)));
+    };
     const auto port = [&] { return rig.line.isOpen() ? "|open" : "|closed"; };
     const auto outcome = [](FlowOutcome o) {
-        return std::array{"Done", "Declined", "Rejected", "Failed"}[std::size_t(o)];
+        return std::array { "Done", "Declined", "Rejected", "Failed" }[std::size_t(o)];
     };
     for (const auto& line : head) {
         std::istringstream in(line);
@@ -86,11 +93,13 @@ std::vector<std::string> replay(const std::vector<std::string>& head)
         } else if (command == "read") {
             image = EepromImage(0);
             said(transfer.readAllBlocks(number) ? "true" : "false");
+            counted();
             said("image" + hexText(image.bytes().first(number)));
         } else if (command == "write") {
             const Bytes content = pattern(EepromImage::kSize, 3, 4, 256);
             std::copy(content.begin(), content.end(), image.bytes().begin());
             said(transfer.writeAllBlocks(number, check == "check") ? "true" : "false");
+            counted();
         } else if (command == "read-station") {
             StationSettings settings = given, decoded;
             const auto done = link::readStation(rig.io, image, settings, number);

@@ -35,7 +35,7 @@ HEADER_BLOCKS = list(range(0, 64, 8)) + list(range(128, 272, 8))
 # that a write stopped at any block leaves no valid header.
 ZEROING = [40] + [a for a in HEADER_BLOCKS if a != 40]
 RESTORING = [a for a in HEADER_BLOCKS if a != 40] + [40]
-QUIET = 100  # after an exchange that needed a retry, the line is left this long to fall quiet
+QUIET = 100  # an unanswered block request is given up after its reply time and this much quiet
 
 
 def checksum(data):
@@ -71,6 +71,10 @@ class Transcript:
                     last += 1
                 self.head.append('fault %s %s' % (n if last == n else '%d-%d' % (n, last), faults[n]))
         self.body, self.waited, self.requests, self.dead, self.open = [], 0, 0, False, False
+        # Block replies are counted against the requests: the request whose
+        # copies are owed a reply, how many, the last one's reply time, and
+        # whether a reply was given up since the transfer began.
+        self.pending, self.unanswered, self.last_timeout, self.in_step = None, 0, 0, True
 
     def line(self, text):
         if self.waited:
@@ -106,8 +110,16 @@ class Transcript:
                 wire[-2] = 14
         return None if fault == 'drop' else wire
 
-    def exchange(self, data, timeout):
-        """One request; the reply's data when a good one came in time."""
+    def exchange(self, data, timeout, counted=False):
+        """One request; the reply's data when a good one came in time. A
+        counted request (a block's) takes a reply to an earlier copy of it,
+        waits out its reply time after a bad reply while copies are owed, and
+        is held back while replies to a different request are owed."""
+        if counted and self.unanswered and data != self.pending:
+            self.drain()
+        self.pending = data
+        self.unanswered += 1
+        self.last_timeout = timeout
         self.line('> ' + ' '.join('%02X' % b for b in frame(data)))
         fault = None
         if not self.dead:
@@ -121,21 +133,32 @@ class Transcript:
             self.waited += timeout
             return None
         self.line('< ' + ' '.join('%02X' % b for b in reply))
-        return None if fault == 'garble' else reply[:-2]
+        self.unanswered -= 1
+        if fault == 'garble':
+            if counted and self.unanswered:
+                self.waited += timeout
+            return None
+        return reply[:-2]
 
-    def settle(self):
-        """Waits for the line to fall quiet; a dead line is quiet at once."""
-        if not self.dead:
-            self.waited += QUIET
+    def start(self):
+        self.pending, self.unanswered, self.in_step = None, 0, True
+
+    def drain(self):
+        """Waits for the replies owed: replies come at once here, so the owed
+        ones never come; they are given up after the last copy's reply time
+        (a dead line at once)."""
+        if self.unanswered and not self.dead:
+            self.waited += max(self.last_timeout, QUIET)
+        if self.unanswered:
+            self.unanswered, self.in_step = 0, False
 
     def read_block(self, a):
-        """A block read with its retries; the block, or None."""
+        """A block read with its retries; the block and whether it may be
+        another request's reply, or None."""
         for attempt in range(12):
-            reply = self.exchange(block_request(4, a), 100 * (attempt + 1))
+            reply = self.exchange(block_request(4, a), 100 * (attempt + 1), True)
             if reply:
-                if attempt:
-                    self.settle()
-                return unpairs(reply[1:17]), attempt > 0
+                return unpairs(reply[1:17]), not self.in_step
         return None, True
 
     def result(self, text):
@@ -166,22 +189,26 @@ class Transcript:
 
     def read(self, size):
         self.head.append('run read %d' % size)
-        image, ok, first_retried = [0] * size, True, None
+        self.start()
+        image, ok, first_suspect = [0] * size, True, None
         for a in range(0, size, 8):
-            block, retried = self.read_block(a)
+            block, suspect = self.read_block(a)
             if block is None:
                 ok = False
                 break
             image[a:a + 8] = block
-            if retried and first_retried is None:
-                first_retried = a
-        if ok and first_retried is not None:
-            # Read again from the first retried block, last block first; a
-            # block is taken where two reads agree, a third settling it.
-            for a in reversed(range(first_retried, size, 8)):
+            if suspect and first_suspect is None:
+                first_suspect = a
+        if ok:
+            self.drain()
+        if ok and first_suspect is not None:
+            # Read again from the first block that may hold another's reply,
+            # last block first; a block is taken where two reads agree, a
+            # third settling it.
+            for a in reversed(range(first_suspect, size, 8)):
                 second, _ = self.read_block(a)
                 if second is not None and second != image[a:a + 8]:
-                    self.settle()
+                    self.drain()
                     third, _ = self.read_block(a)
                     second = third if third in (second, image[a:a + 8]) else None
                 if second is None:
@@ -197,9 +224,7 @@ class Transcript:
 
         def write_block(a):
             for attempt in range(10):
-                if self.exchange(block_request(5, a, image[a:a + 8]), 200 + 100 * attempt):
-                    if attempt:
-                        self.settle()
+                if self.exchange(block_request(5, a, image[a:a + 8]), 200 + 100 * attempt, True):
                     break
             else:
                 return False
@@ -207,16 +232,15 @@ class Transcript:
                 return True
             expected = image[a:a + 8]
             for attempt in range(9):
-                reply = self.exchange(block_request(4, a), 200 + 100 * attempt)
+                reply = self.exchange(block_request(4, a), 200 + 100 * attempt, True)
                 if reply:
                     image[a:a + 8] = unpairs(reply[1:17])
                     if image[a:a + 8] == expected:
-                        if attempt:
-                            self.settle()
                         return True
             return False
 
         def passes():
+            self.start()
             saved = {a: image[a:a + 8] for a in HEADER_BLOCKS}
             for a in ZEROING:
                 image[a:a + 8] = [0] * 8
@@ -233,6 +257,7 @@ class Transcript:
                 image[a:a + 8] = saved[a]
                 if not write_block(a):
                     return False
+            self.drain()
             return True
 
         self.result('true' if passes() else 'false')
@@ -263,9 +288,11 @@ def read():
     t = Transcript('read', """
 Reading a 64-byte EEPROM: eight blocks in order into the image. A block whose
 reply is lost or garbled is asked again, each time waiting 100 ms longer, up
-to 12 times (100 to 1,200 ms); the 12th may still succeed. After a block that
-needed a retry the line is left 100 ms to fall quiet, and the blocks from the
-first such block on are read again, last first, and must agree.""",
+to 12 times (100 to 1,200 ms); the 12th may still succeed. A garbled reply is
+a reply: the retry after it is in step. A reply to a lost one's retry may be
+the lost one's, late: the retry's own reply is awaited for its reply time
+before the next block; once it is given up, the blocks from the next one on
+are read again, last first, and must agree.""",
                    0, {6: 'drop', 10: 'garble', **{n: 'drop' for n in range(15, 26)},
                        **{n: 'drop' for n in range(33, 45)}})
     t.activate()
@@ -280,8 +307,9 @@ Writing without read-back: the 26 header blocks zeroed, the one with the
 layout mark (40) first (bytes 64 to 127 are never written), the data blocks
 from 272 up to the one at or past the used size, the header blocks with their
 bytes, the one with the mark last. A block is tried up to 10 times, waiting
-200 to 1,100 ms; the 10th may still succeed, and the line is then left 100 ms
-to fall quiet.""",
+200 to 1,100 ms; the 10th may still succeed. Before the next block, the
+replies owed to the lost attempts are awaited for the last attempt's reply
+time.""",
                    2, {5: 'drop', 6: 'drop', **{n: 'drop' for n in range(63, 72)},
                        **{n: 'drop' for n in range(125, 135)}})
     t.activate()
