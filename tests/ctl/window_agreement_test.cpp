@@ -50,7 +50,7 @@ TEST(WindowAgreement, GoldenFilesShowAndPrintAsRm8ctlSaysThem)
         EXPECT_EQ(nlohmann::json::parse(rm8ctl("decode '" + file + "'")), settingsToJson(bench.settings()));
         EXPECT_EQ(rm8ctl("report '" + file + "'"), report::reportText(report::buildReport(bench.settings())));
         EXPECT_EQ(lineStarting(rm8ctl("info '" + file + "'"), "Velikost nastavení:"),
-                  "Velikost nastavení:     " + std::to_string(usedSize(bench.settings())) + " byte");
+            "Velikost nastavení:     " + std::to_string(usedSize(bench.settings())) + " byte");
     }
 }
 

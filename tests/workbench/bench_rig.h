@@ -16,7 +16,10 @@ namespace rm8::test {
 // What the workbench owns for a session: the rig's line, lent.
 class LentLine : public link::SerialLine, public link::LineClock {
 public:
-    explicit LentLine(SimLine& line) : line_(line) {}
+    explicit LentLine(SimLine& line)
+        : line_(line)
+    {
+    }
     Expected<void, std::string> open() override { return line_.open(); }
     void close() override { line_.close(); }
     bool isOpen() const override { return line_.isOpen(); }
@@ -40,17 +43,17 @@ struct BenchRig {
     std::size_t requests(std::uint8_t code) const
     {
         const std::string head = ">" + hexText(std::span(&code, 1));
-        return std::size_t(std::ranges::count_if(
-            line.transcript, [&](const std::string& entry) { return entry.starts_with(head); }));
+        return std::size_t(
+            std::ranges::count_if(line.transcript, [&](const std::string& entry) { return entry.starts_with(head); }));
     }
 
     SimLine line;
     RecordingInteraction ui;
-    Workbench bench{ui, [this](std::string_view port) -> std::unique_ptr<link::SerialLine> {
-                        if (port != "COM 1")
-                            return nullptr;
-                        return std::make_unique<LentLine>(line);
-                    }};
+    Workbench bench { ui, [this](std::string_view port) -> std::unique_ptr<link::SerialLine> {
+                         if (port != "COM 1")
+                             return nullptr;
+                         return std::make_unique<LentLine>(line);
+                     } };
 };
 
 } // namespace rm8::test

@@ -16,15 +16,13 @@ struct LookCase {
 };
 
 const LookCase kLooks[] = {
-    {ConnectionState::Inactive,
-     {"Neaktivní", {255, 0, 0}, "Aktivovat", true, false, false, true, false},
-     LinkCommand::Activate},
-    {ConnectionState::Active,
-     {"Aktivní", {0, 0, 255}, "Deaktivovat", false, true, true, false, false},
-     LinkCommand::Deactivate},
-    {ConnectionState::WrongVersion,
-     {"Chybné zařízení", {0, 0, 255}, "Deaktivovat", false, std::nullopt, false, false, true},
-     LinkCommand::Deactivate},
+    { ConnectionState::Inactive, { "Neaktivní", { 255, 0, 0 }, "Aktivovat", true, false, false, true, false },
+        LinkCommand::Activate },
+    { ConnectionState::Active, { "Aktivní", { 0, 0, 255 }, "Deaktivovat", false, true, true, false, false },
+        LinkCommand::Deactivate },
+    { ConnectionState::WrongVersion,
+        { "Chybné zařízení", { 0, 0, 255 }, "Deaktivovat", false, std::nullopt, false, false, true },
+        LinkCommand::Deactivate },
 };
 
 TEST(ConnectionLook, OneRowPerState)

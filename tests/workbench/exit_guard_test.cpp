@@ -17,7 +17,8 @@ TEST(ExitGuard, QuestionsOfTheExitCases)
         BenchRig rig;
         if (c["session"] == true)
             rig.bench.activate("COM 1");
-        const std::map<std::string, Answer> answers{{"Yes", Answer::Yes}, {"No", Answer::No}, {"Cancel", Answer::Cancel}};
+        const std::map<std::string, Answer> answers { { "Yes", Answer::Yes }, { "No", Answer::No },
+            { "Cancel", Answer::Cancel } };
         if (!c["answer"].is_null())
             rig.ui.answers.push_back(answers.at(c["answer"]));
         const ExitBy by = c["by"] == "btKonec" ? ExitBy::Command : ExitBy::ClosingWindow;
@@ -45,10 +46,10 @@ struct UnsavedCase {
 };
 
 const UnsavedCase kUnsaved[] = {
-    {"Ano saves and ends", ExitBy::Command, Answer::Yes, true, true, true},
-    {"Ano with the dialog cancelled stays", ExitBy::ClosingWindow, Answer::Yes, false, false, false},
-    {"Ne ends unsaved", ExitBy::ClosingWindow, Answer::No, true, true, false},
-    {"Storno stays, also when closing", ExitBy::ClosingWindow, Answer::Cancel, true, false, false},
+    { "Ano saves and ends", ExitBy::Command, Answer::Yes, true, true, true },
+    { "Ano with the dialog cancelled stays", ExitBy::ClosingWindow, Answer::Yes, false, false, false },
+    { "Ne ends unsaved", ExitBy::ClosingWindow, Answer::No, true, true, false },
+    { "Storno stays, also when closing", ExitBy::ClosingWindow, Answer::Cancel, true, false, false },
 };
 
 TEST(ExitGuard, ModifiedSettingsAreOfferedForSavingFirst)
@@ -61,7 +62,7 @@ TEST(ExitGuard, ModifiedSettingsAreOfferedForSavingFirst)
         StationSettings edited;
         edited.tabPIN = "1234";
         rig.bench.edit(edited);
-        rig.ui.answers = {c.answer};
+        rig.ui.answers = { c.answer };
         const bool ends = clearToExit(rig.bench, rig.ui, c.by, [&]() -> std::optional<std::filesystem::path> {
             return c.fileChosen ? std::optional(file) : std::nullopt;
         });

@@ -28,12 +28,12 @@ struct ActivationCase {
 };
 
 const ActivationCase kActivations[] = {
-    {"an RM8 1.0 is active", {}, "COM 1", ConnectionState::Active, 8128, "RM8", true},
-    {"a memory code of 9", {2151298, 1, 0, 9, 4}, "COM 1", ConnectionState::Active, 65472, "RM8", true},
-    {"a memory code no row has", {2151298, 1, 0, 10, 4}, "COM 1", ConnectionState::Active, std::nullopt, "RM8",
-     true},
-    {"too old a version", {2151298, 0, 9, 6, 4}, "COM 1", ConnectionState::WrongVersion, 8128, "RM8", true},
-    {"a port without a device", {}, "COM 2", ConnectionState::Inactive, std::nullopt, "?", false},
+    { "an RM8 1.0 is active", {}, "COM 1", ConnectionState::Active, 8128, "RM8", true },
+    { "a memory code of 9", { 2151298, 1, 0, 9, 4 }, "COM 1", ConnectionState::Active, 65472, "RM8", true },
+    { "a memory code no row has", { 2151298, 1, 0, 10, 4 }, "COM 1", ConnectionState::Active, std::nullopt, "RM8",
+        true },
+    { "too old a version", { 2151298, 0, 9, 6, 4 }, "COM 1", ConnectionState::WrongVersion, 8128, "RM8", true },
+    { "a port without a device", {}, "COM 2", ConnectionState::Inactive, std::nullopt, "?", false },
 };
 
 TEST(Workbench, ActivationGivesTheStateAndTheSizeAsANumber)
@@ -62,7 +62,7 @@ TEST(Workbench, ActivationGivesTheStateAndTheSizeAsANumber)
 
 TEST(Workbench, AStationOfAWrongVersionIsNeitherReadNorWritten)
 {
-    BenchRig rig({2151298, 0, 9, 6, 4});
+    BenchRig rig({ 2151298, 0, 9, 6, 4 });
     rig.bench.activate("COM 1");
     const std::size_t asked = rig.line.transcript.size();
     EXPECT_EQ(rig.bench.read(), FlowOutcome::Declined);
@@ -82,19 +82,20 @@ TEST(Workbench, ReadTellsWhenDecodedAndKeepsWhatItRead)
     ASSERT_TRUE(encodeImage(stored, image));
     BenchRig rig({}, Bytes(image.bytes().begin(), image.bytes().begin() + 8192));
     std::vector<std::string> seen;
-    rig.bench.setDecodeWatch({[&] { seen.push_back("converting"); },
-                              [&](const StationSettings& settings) {
-                                  seen.push_back("decoded " + settings.tabJmenoStanice);
-                                  seen.insert(seen.end(), rig.ui.events.end() - 2, rig.ui.events.end());
-                              }});
+    rig.bench.setDecodeWatch({ [&] { seen.push_back("converting"); },
+        [&](const StationSettings& settings) {
+            seen.push_back("decoded " + settings.tabJmenoStanice);
+            seen.insert(seen.end(), rig.ui.events.end() - 2, rig.ui.events.end());
+        } });
     rig.bench.activate("COM 1");
     StationSettings edited;
     edited.tabPIN = "1234";
     rig.bench.edit(edited);
     EXPECT_TRUE(rig.bench.modified());
     ASSERT_EQ(rig.bench.read(), FlowOutcome::Done);
-    EXPECT_EQ(seen, (std::vector<std::string>{"converting", "decoded Vodarna",
-                                              "progress:" + std::string(messages::kConvertingData), "hide"}));
+    EXPECT_EQ(seen,
+        (std::vector<std::string> {
+            "converting", "decoded Vodarna", "progress:" + std::string(messages::kConvertingData), "hide" }));
     EXPECT_EQ(rig.ui.messageTexts().back(), messages::kStationReadDone);
     EXPECT_EQ(rig.bench.settings().tabJmenoStanice, "Vodarna");
     EXPECT_FALSE(rig.bench.modified());
@@ -104,7 +105,7 @@ TEST(Workbench, AnEepromNeverProgrammedLeavesTheSettings)
 {
     BenchRig rig({}, Bytes(8192, 0xFF));
     bool decoded = false;
-    rig.bench.setDecodeWatch({nullptr, [&](const StationSettings&) { decoded = true; }});
+    rig.bench.setDecodeWatch({ nullptr, [&](const StationSettings&) { decoded = true; } });
     rig.bench.activate("COM 1");
     StationSettings edited;
     edited.tabPIN = "1234";
@@ -124,7 +125,9 @@ void brokenPin(StationSettings& settings)
 {
     settings.tabPIN = "12a";
 }
-void asTheyStart(StationSettings&) {}
+void asTheyStart(StationSettings&)
+{
+}
 
 struct WriteCase {
     const char* name;
@@ -140,23 +143,23 @@ struct WriteCase {
 };
 
 const WriteCase kWrites[] = {
-    {"an output conflict stops it first", conflictingOutputs, 0, {}, false, FlowOutcome::Rejected, 0, false, false,
-     "Název výstupu 'OUT1'"},
-    {"too big for the memory", asTheyStart, 0, {}, false, FlowOutcome::Rejected, 0, false, false,
-     "Velikost dat v nastavení (430)"},
-    {"a broken rule and Ne", brokenPin, 6, {Answer::No}, false, FlowOutcome::Declined, 1, false, false, ""},
-    {"a broken rule and Ano", brokenPin, 6, {Answer::Yes}, false, FlowOutcome::Done, 1, true, true,
-     std::string(messages::kStationWriteDone)},
-    {"clean settings", asTheyStart, 6, {}, false, FlowOutcome::Done, 0, true, true,
-     std::string(messages::kStationWriteDone)},
-    {"Storno while writing", asTheyStart, 6, {}, true, FlowOutcome::Failed, 0, true, true,
-     std::string(messages::kStationWriteFailed)},
+    { "an output conflict stops it first", conflictingOutputs, 0, {}, false, FlowOutcome::Rejected, 0, false, false,
+        "Název výstupu 'OUT1'" },
+    { "too big for the memory", asTheyStart, 0, {}, false, FlowOutcome::Rejected, 0, false, false,
+        "Velikost dat v nastavení (430)" },
+    { "a broken rule and Ne", brokenPin, 6, { Answer::No }, false, FlowOutcome::Declined, 1, false, false, "" },
+    { "a broken rule and Ano", brokenPin, 6, { Answer::Yes }, false, FlowOutcome::Done, 1, true, true,
+        std::string(messages::kStationWriteDone) },
+    { "clean settings", asTheyStart, 6, {}, false, FlowOutcome::Done, 0, true, true,
+        std::string(messages::kStationWriteDone) },
+    { "Storno while writing", asTheyStart, 6, {}, true, FlowOutcome::Failed, 0, true, true,
+        std::string(messages::kStationWriteFailed) },
 };
 
 TEST(Workbench, WriteTakesItsGatesInOrderAndBacksUpOnlyAWriteThatGoesAhead)
 {
     for (const auto& c : kWrites) {
-        for (const bool backup : {false, true}) {
+        for (const bool backup : { false, true }) {
             SCOPED_TRACE(std::string(c.name) + (backup ? ", with a backup" : ""));
             const auto folder = std::filesystem::temp_directory_path() / "rm8-workbench-backups";
             std::filesystem::remove_all(folder);
@@ -172,9 +175,8 @@ TEST(Workbench, WriteTakesItsGatesInOrderAndBacksUpOnlyAWriteThatGoesAhead)
             rig.bench.edit(settings);
             rig.ui.answers = c.answers;
             // Storno once the first block has gone out, not during the backup.
-            rig.ui.onTurn = [&](std::size_t) {
-                rig.ui.cancel = rig.ui.cancel || (c.stornoWhileWriting && rig.requests(5) > 0);
-            };
+            rig.ui.onTurn
+                = [&](std::size_t) { rig.ui.cancel = rig.ui.cancel || (c.stornoWhileWriting && rig.requests(5) > 0); };
             const std::size_t shown = rig.ui.messages.size();
 
             EXPECT_EQ(rig.bench.write(false, backup ? std::optional(folder) : std::nullopt), c.outcome);
@@ -220,7 +222,7 @@ TEST(Workbench, SavedAndLoadedSettingsCountAsKept)
     const auto other = rig.bench.settingsInFile(file);
     ASSERT_TRUE(other);
     EXPECT_EQ(other->tabJmenoStanice, "Cerpadlo");
-    EXPECT_EQ(rig.bench.settings(), StationSettings{});
+    EXPECT_EQ(rig.bench.settings(), StationSettings {});
     EXPECT_TRUE(rig.bench.modified());
     std::filesystem::remove(file);
 }
