@@ -9,11 +9,11 @@ constexpr Colour kRed { 255, 0, 0 };
 constexpr Colour kBlue { 0, 0, 255 };
 
 // In the order of link::ConnectionState.
-constexpr std::array<ConnectionLook, 3> kLooks { {
+constexpr auto kLooks = std::to_array<ConnectionLook>({
     { "Neaktivní", kRed, "Aktivovat", true, false, false, true, false },
     { "Aktivní", kBlue, "Deaktivovat", false, true, true, false, false },
     { "Chybné zařízení", kBlue, "Deaktivovat", false, std::nullopt, false, false, true },
-} };
+});
 
 } // namespace
 

@@ -12,9 +12,9 @@
 namespace rm8 {
 
 struct Colour {
-    std::uint8_t red = 0;
-    std::uint8_t green = 0;
-    std::uint8_t blue = 0;
+    std::uint8_t red;
+    std::uint8_t green;
+    std::uint8_t blue;
     bool operator==(const Colour&) const = default;
 };
 

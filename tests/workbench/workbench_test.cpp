@@ -186,6 +186,11 @@ TEST(Workbench, WriteTakesItsGatesInOrderAndBacksUpOnlyAWriteThatGoesAhead)
                 EXPECT_EQ(question.buttons, Buttons::YesNoDefaultNo);
             const bool backedUp = std::filesystem::exists(folder) && !std::filesystem::is_empty(folder);
             EXPECT_EQ(backedUp, backup && c.backedUp);
+            EXPECT_EQ(std::ranges::count_if(rig.ui.messages,
+                          [](const auto& message) {
+                              return message.text.starts_with("Dosavadní obsah stanice byl uložen do souboru");
+                          }),
+                backedUp ? 1 : 0);
             EXPECT_EQ(rig.requests(5) > 0, c.written);
             EXPECT_EQ(rig.bench.modified(), c.outcome != FlowOutcome::Done);
             if (c.lastMessage.empty())
