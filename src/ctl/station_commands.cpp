@@ -23,7 +23,7 @@
 #include "link/session.h"
 #include "link/station_backup.h"
 #include "link/station_flows.h"
-#include "settings/conversions.h"
+#include "settings/memory_sizes.h"
 #include "settings/image_encoder.h"
 #include "settings/settings_file.h"
 #include "settings/used_size.h"
@@ -152,10 +152,7 @@ struct Connection {
         return std::chrono::seconds(value ? std::atoi(value->c_str()) : 30);
     }
 
-    std::size_t eepromSize() const
-    {
-        return static_cast<std::size_t>(textValue(activation.identity.memorySize));
-    }
+    std::size_t eepromSize() const { return memorySizeBytes(activation.identity.memorySize).value_or(0); }
 };
 
 // Everything a station command needs before it touches the line: the port
@@ -337,16 +334,20 @@ int writeCommand(const Arguments& arguments, std::ostream& out, std::ostream& er
     Connection& connection = *opened;
     if (const int status = activate(connection, *arguments.value("--port"), err); status != kSuccess)
         return status;
-    if (backup) {
-        // The station as it was, before anything of it is overwritten; no
-        // backup, no write.
-        const FlowOutcome saved = link::backupStation(connection.io, connection.eepromSize(), *backup);
-        if (saved != FlowOutcome::Done)
-            return release(connection, outcomeStatus(saved));
-        out << "Původní obsah EEPROM uložen do souboru '" << *backup << "'." << std::endl;
-    }
+    // The rules were settled above by --force; the flow's gates are the
+    // window's, and the backup is made only for a write they let through.
+    link::WriteGates gates;
+    if (backup)
+        gates.backUp = [&] {
+            // The station as it was, before anything of it is overwritten;
+            // no backup, no write.
+            const FlowOutcome saved = link::backupStation(connection.io, connection.eepromSize(), *backup);
+            if (saved == FlowOutcome::Done)
+                out << "Původní obsah EEPROM uložen do souboru '" << *backup << "'." << std::endl;
+            return saved;
+        };
     const FlowOutcome outcome = link::writeStation(connection.io, configuration->image, configuration->settings,
-                                                   connection.eepromSize(), !arguments.has("--no-verify"));
+                                                   connection.eepromSize(), !arguments.has("--no-verify"), gates);
     return release(connection, outcomeStatus(outcome));
 }
 

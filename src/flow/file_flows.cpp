@@ -1,9 +1,9 @@
 #include "flow/file_flows.h"
 
+#include "flow/decode_step.h"
 #include "flow/messages.h"
 #include "settings/image_encoder.h"
 #include "settings/image_header.h"
-#include "settings/loaded_settings.h"
 #include "settings/settings_file.h"
 #include "settings/used_size.h"
 
@@ -27,7 +27,7 @@ private:
 } // namespace
 
 FlowOutcome loadSettingsFile(const std::filesystem::path& path, EepromImage& image, StationSettings& settings,
-                             Interaction& ui)
+                             Interaction& ui, const DecodeWatch& watch)
 {
     const HideProgressAtEnd hideAtEnd(ui);
     const std::string name = path.string();
@@ -43,9 +43,7 @@ FlowOutcome loadSettingsFile(const std::filesystem::path& path, EepromImage& ima
         ui.message(MessageIcon::Information, messages::notEepromFormat(name));
         return FlowOutcome::Rejected;
     }
-    ui.showProgress(messages::kConvertingData, false);
-    auto decoding = decodeLoadedImage(image, settings);
-    ui.hideProgress();
+    auto decoding = decodeWithProgress(image, settings, ui, watch);
     if (!decoding) {
         ui.message(MessageIcon::Stop, messages::loadFailed(name), decoding.error().describe());
         return FlowOutcome::Failed;

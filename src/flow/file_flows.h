@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "flow/decode_step.h"
 #include "flow/interaction.h"
 #include "settings/eeprom_image.h"
 #include "settings/station_settings.h"
@@ -21,7 +22,7 @@ enum class FlowOutcome {
 // The image takes the file's bytes once the file was read (also when its
 // header fails); the settings change only when the whole image decoded.
 FlowOutcome loadSettingsFile(const std::filesystem::path& path, EepromImage& image, StationSettings& settings,
-                             Interaction& ui);
+                             Interaction& ui, const DecodeWatch& watch = {});
 
 // Encodes the settings into the image and writes the file, asking before an
 // existing file is replaced.

@@ -1,12 +1,11 @@
 #include "link/station_flows.h"
 
-#include "editing/configuration_check.h"
-#include "editing/output_cross_check.h"
+#include "editing/check_listing.h"
+#include "editing/write_plan.h"
 #include "flow/messages.h"
 #include "link/block_transfer.h"
 #include "settings/image_encoder.h"
 #include "settings/image_header.h"
-#include "settings/loaded_settings.h"
 #include "settings/used_size.h"
 
 namespace rm8::link {
@@ -28,7 +27,8 @@ FlowOutcome readStationImage(LineIo& io, EepromImage& image, std::size_t eepromS
     return FlowOutcome::Done;
 }
 
-FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& settings, std::size_t eepromSize)
+FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& settings, std::size_t eepromSize,
+                        const DecodeWatch& watch)
 {
     Interaction& ui = io.ui();
     if (const FlowOutcome read = readStationImage(io, image, eepromSize); read != FlowOutcome::Done)
@@ -38,9 +38,7 @@ FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& setting
         ui.message(MessageIcon::Exclamation, messages::kStationNotProgrammed);
         return FlowOutcome::Rejected;
     }
-    ui.showProgress(messages::kConvertingData, false);
-    auto result = decodeLoadedImage(image, settings);
-    ui.hideProgress();
+    auto result = decodeWithProgress(image, settings, ui, watch);
     if (!result) {
         ui.message(MessageIcon::Stop, messages::kStationReadFailed, result.error().describe());
         return FlowOutcome::Failed;
@@ -50,18 +48,25 @@ FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& setting
 }
 
 FlowOutcome writeStation(LineIo& io, EepromImage& image, const StationSettings& settings, std::size_t eepromSize,
-                         bool checkWrite)
+                         bool checkWrite, const WriteGates& gates)
 {
     Interaction& ui = io.ui();
-    if (const auto conflicts = outputCrossCheck(settings); !conflicts.empty()) {
-        ui.message(MessageIcon::Stop, conflicts.front().message);
+    const WritePlan plan = planWrite(settings, eepromSize);
+    if (plan.conflict) {
+        ui.message(MessageIcon::Stop, plan.conflict->message);
         return FlowOutcome::Rejected;
     }
-    if (const auto tooBig = sizeCheck(settings, eepromSize)) {
+    if (plan.tooBig) {
         ui.hideProgress();
-        ui.message(MessageIcon::Stop, tooBig->message);
+        ui.message(MessageIcon::Stop, plan.tooBig->message);
         return FlowOutcome::Rejected;
     }
+    if (gates.askAboutViolations && plan.violations > 0
+        && ui.ask(MessageIcon::Question, writeQuestion(plan.violations), Buttons::YesNoDefaultNo) != Answer::Yes)
+        return FlowOutcome::Declined;
+    if (gates.backUp)
+        if (const FlowOutcome kept = gates.backUp(); kept != FlowOutcome::Done)
+            return kept;
     // The transfer zeroes the header in the image while it writes, and a
     // read-back leaves there what the station held.
     const EepromImage given = image;

@@ -4,7 +4,9 @@
 // open when they start and stays so.
 
 #include <cstddef>
+#include <functional>
 
+#include "flow/decode_step.h"
 #include "flow/file_flows.h"
 #include "link/line_io.h"
 #include "settings/eeprom_image.h"
@@ -18,13 +20,25 @@ namespace rm8::link {
 FlowOutcome readStationImage(LineIo& io, EepromImage& image, std::size_t eepromSize);
 
 // eepromSize: the settings area the station reported (e.g. 8128).
-FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& settings, std::size_t eepromSize);
+FlowOutcome readStation(LineIo& io, EepromImage& image, StationSettings& settings, std::size_t eepromSize,
+                        const DecodeWatch& watch = {});
 
-// Cross-checks the outputs, checks the size, encodes and writes in three
-// passes; checkWrite reads every block back. Whatever stops the write, the
-// image is given back as it came, so that saving it afterwards writes the
-// same file as before.
+// What a write passes before anything is sent, after the output cross-check
+// and the size check that every write makes.
+struct WriteGates {
+    // Settings that break the station's rules go only on an explicit Ano.
+    // Off where the question was settled before (rm8ctl's --force).
+    bool askAboutViolations = false;
+    // The station's previous content kept; called only for a write that
+    // will go ahead, and anything but Done stops it.
+    std::function<FlowOutcome()> backUp;
+};
+
+// Cross-checks the outputs, checks the size, passes the gates, encodes and
+// writes in three passes; checkWrite reads every block back. Whatever stops
+// the write, the image is given back as it came, so that saving it
+// afterwards writes the same file as before.
 FlowOutcome writeStation(LineIo& io, EepromImage& image, const StationSettings& settings, std::size_t eepromSize,
-                         bool checkWrite);
+                         bool checkWrite, const WriteGates& gates = {});
 
 } // namespace rm8::link

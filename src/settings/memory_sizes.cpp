@@ -21,4 +21,12 @@ std::string memorySizeNumberText(std::size_t bytes)
     return std::to_string(bytes);
 }
 
+std::optional<std::size_t> memorySizeBytes(std::string_view text)
+{
+    for (const auto& row : kMemorySizes)
+        if (row.text == text)
+            return (std::size_t{1} << (row.code + 7u)) - 64;
+    return std::nullopt;
+}
+
 } // namespace rm8

@@ -39,4 +39,10 @@ std::optional<std::string_view> memorySizeText(std::uint8_t code);
 // right-aligned text for a size of the table, the plain number otherwise.
 std::string memorySizeNumberText(std::size_t bytes);
 
+// The settings area in bytes that a display text of the table stands for;
+// nothing for "?" or any text the table does not have. The station reports
+// a code, the session keeps the text, and the size is taken from the table
+// once, not read back out of a label.
+std::optional<std::size_t> memorySizeBytes(std::string_view text);
+
 } // namespace rm8

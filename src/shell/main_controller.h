@@ -1,9 +1,9 @@
 #pragma once
-// The commands of the main window: the programming session, reading and
-// writing the station, the settings file, the report, the about box, the
-// port assignments and the way out. The window only draws; this object owns
-// the serial line, the EEPROM image and the record the flows work on, and
-// reaches the technician only through an Interaction.
+// The wiring between the main window and the workbench: the window's
+// commands go to the workbench's operations, what they leave goes back into
+// the window. The window only draws and the workbench decides; what stays
+// here is Qt's: the file dialogs, the printer, the row dialogs, the about
+// box, the port dialog and the window's closing.
 
 #include <functional>
 #include <memory>
@@ -11,20 +11,21 @@
 #include <string>
 #include <vector>
 
-#include <QDialog>
+#include <filesystem>
+
 #include <QObject>
-#include <QPointer>
 #include <QString>
 
-#include "flow/file_flows.h"
 #include "editing/row_labels.h"
 #include "flow/interaction.h"
-#include "link/line_io.h"
 #include "link/port_map.h"
 #include "link/serial_line.h"
-#include "settings/eeprom_image.h"
-#include "settings/station_settings.h"
+#include "shell/comparison_window.h"
 #include "shell/port_settings.h"
+#include "ui/window_command.h"
+#include "workbench/workbench.h"
+
+class QWidget;
 
 namespace rm8::ui {
 class MainWindow;
@@ -62,27 +63,7 @@ public:
     MainController& operator=(const MainController&) = delete;
 
     const link::PortMap& ports() const { return ports_; }
-    const EepromImage& image() const { return image_; }
-    bool sessionOpen() const { return line_ != nullptr; }
-    bool busy() const { return busy_; }
-
-    // The commands, as their buttons start them.
-    void activateOrDeactivate();
-    void readFromStation();
-    void writeToStation();
-    void loadFromFile();
-    void saveToFile();
-    void print();
-    void showAbout();
-    // What the window's settings would change against a file or a station:
-    // the other side is read apart and never reaches the fields.
-    void compareWithFile();
-    void compareWithStation();
-    // The dialog of a table's row, as a double-click or the row's button
-    // asks for it.
-    void editRow(RowTable table, int row);
-    void exitCommand();
-    void editPortSettings();
+    bool sessionOpen() const { return bench_.sessionOpen(); }
 
 signals:
     // The program is to end: btKonec decided so, or the window was closed.
@@ -92,59 +73,45 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    class FlowInteraction;
-
-    QString deaCaption() const;
-    void activate();
-    // True when the link is inactive afterwards.
-    bool deactivate();
-    void closeSession();
-    void endProgram();
-    // Around a flow that may decode settings: the fields are filled before
-    // its success message, and from its result.
-    void fillWhenDecoded();
-    void finishDecoding(FlowOutcome outcome);
-
     // Runs one command unless another is still under way: while a flow waits
     // for the station the event loop runs, and a second command must not
     // start inside it.
-    template <class F>
-    void runCommand(F&& command);
+    template <class F> void runCommand(F&& command);
+    void run(ui::WindowCommand command);
 
-    // The settings now count as kept: loaded, saved, read or written.
-    void markKept();
+    void activateOrDeactivate();
+    void readFromStation();
+    void writeToStation();
+    void loadFromFile();
+    void saveToFile();
+    void print();
+    void showAbout();
+    void compareWithFile();
+    void compareWithStation();
+    void editRow(RowTable table, int row);
+    void exitCommand();
+    void editPortSettings();
+
+    void showConnection();
+    // The fields into the workbench, and the caption's asterisk and the
+    // check panel from it.
+    void takeEdits();
     void showWhetherModified();
-    // Asked before the program ends with settings that were never kept;
-    // false when the technician chose to stay.
-    bool offerToSaveFirst();
-    // The check panel for the settings now in the fields.
     void refreshCheck();
-    void showComparison(const StationSettings& other, const QString& otherHeading);
-    // Before a write: settings that break the station's rules go only on
-    // an explicit Ano. The output cross-check and the size check are the
-    // write flow's own and come first.
-    bool writeDespiteViolations(const StationSettings& settings);
-    // With "Před zápisem zálohovat obsah stanice" ticked: the station read
-    // into a new file of the backup folder; false when that failed.
-    bool backUpBeforeWrite();
+    std::optional<std::filesystem::path> chooseSaveFile();
+    void endProgram();
 
     ui::MainWindow& window_;
     Interaction& ui_;
-    std::unique_ptr<FlowInteraction> flowUi_;
     link::PortMap ports_;
     LineFactory makeLine_;
     FileChooser chooseFile_;
     std::function<std::vector<SystemPort>()> systemPorts_;
     std::function<void(const link::PortMap&)> remember_;
     QString backupFolder_;
+    Workbench bench_;
+    ComparisonWindow comparison_;
 
-    std::unique_ptr<link::SerialLine> line_;
-    std::unique_ptr<link::LineIo> io_;
-    EepromImage image_;
-    StationSettings settings_;
-    StationSettings kept_; // what the last load, save, read or write left
-
-    QPointer<QDialog> comparison_;
     bool busy_ = false;
     bool ending_ = false;
     bool closePending_ = false;

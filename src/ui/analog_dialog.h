@@ -27,8 +27,6 @@ public:
     // the modem may sleep (power saving on); a disabled box keeps its value.
     void checkEnabled();
 
-    LevelGraph* graph() const { return graph_; }
-
 protected:
     void storeInto(StationSettings& record) const override;
     bool confirmable() override;

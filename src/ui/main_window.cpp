@@ -24,6 +24,7 @@
 #include "ui/check_panel.h"
 #include "ui/leave_watch.h"
 #include "ui/notice_box.h"
+#include "workbench/connection_look.h"
 
 namespace rm8::ui {
 namespace {
@@ -32,8 +33,6 @@ const QColor kRed(255, 0, 0);
 const QColor kBlue(0, 0, 255);
 
 const QString kUnknown = QStringLiteral("?");
-const QString kActivate = QStringLiteral("Aktivovat");
-const QString kDeactivate = QStringLiteral("Deaktivovat");
 
 constexpr std::array kServiceCentrePresets = { "+420602909909", "+420603052000", "+420608005681" };
 
@@ -114,6 +113,7 @@ MainWindow::MainWindow(QWidget* parent)
     });
     buildWindow();
     connectRowCommands();
+    connectCommands();
 
     fillTables();
     updateMemoryDisplay();
@@ -121,7 +121,7 @@ MainWindow::MainWindow(QWidget* parent)
     // enabled until its option is first clicked or settings are filled.
     applySwitchReport();
     applyPowerReport();
-    showConnectionState("Neaktivni");
+    setConnectionState(link::ConnectionState::Inactive);
 }
 
 MainWindow::~MainWindow() = default;
@@ -136,7 +136,6 @@ void MainWindow::fillTables()
     // The lookup tables of station codes live with the link; here only what
     // the window shows at start.
     field<QComboBox>(QStringLiteral("tabPort"))->setCurrentIndex(0);
-    field<QPushButton>(QStringLiteral("btDEA"))->setText(kActivate);
 
     auto* centre = field<QComboBox>(QStringLiteral("tabTCcentra"));
     const QString typed = centre->currentText();
@@ -166,22 +165,22 @@ void MainWindow::readSettings(StationSettings& settings) const
                     return kept;
             };
             if constexpr (std::is_void_v<Element>) {
-                settings.*member = valueOf(field(name), kept_.*member);
+                settings.*member = valueOf(field(name), record_.*member);
             } else {
                 for (std::size_t row = 0; row < kRows; ++row)
-                    (settings.*member)[row] = valueOf(field(name, static_cast<int>(row)), (kept_.*member)[row]);
+                    (settings.*member)[row] = valueOf(field(name, static_cast<int>(row)), (record_.*member)[row]);
             }
         };
         std::visit(copyIn, info.member);
     }
-    settings.ranges = kept_.ranges;
+    settings.ranges = record_.ranges;
 }
 
 void MainWindow::fillSettings(const StationSettings& settings)
 {
     loading_ = true;
     leaveWatch_->setSuspended(true);
-    kept_ = settings;
+    record_ = settings;
     for (const FieldInfo& info : fieldCatalogue()) {
         const QString name = QString::fromUtf8(info.name.data(), static_cast<qsizetype>(info.name.size()));
         const auto copyOut = [&](auto member) {
@@ -189,7 +188,7 @@ void MainWindow::fillSettings(const StationSettings& settings)
             using Element = typename RowElement<Value>::type;
             const auto put = [&]<class T>(QWidget* widget, const QString& widgetName, const T& value) {
                 if (!widget)
-                    return; // kept_ holds it
+                    return; // record_ holds it
                 if constexpr (std::is_same_v<T, std::string>) {
                     setTextOf(widget, value, info.maxLength);
                 } else if constexpr (std::is_same_v<T, bool>) {
@@ -225,54 +224,27 @@ void MainWindow::fillSettings(const StationSettings& settings)
     emit settingsFilled();
 }
 
-void MainWindow::showConnectionState(std::string_view stateWord)
+void MainWindow::setConnectionState(link::ConnectionState state)
 {
+    const ConnectionLook& look = connectionLook(state);
     auto* stateLabel = field<QLabel>(QStringLiteral("tabDeAktivNapis"));
-    auto* port = field(QStringLiteral("tabPort"));
-    auto* portSettings = field(QStringLiteral("btPortSettings"));
-    auto* activate = field<QPushButton>(QStringLiteral("btDEA"));
-    auto* eepromLoad = field(QStringLiteral("btEEPROMLoad"));
-    auto* eepromSave = field(QStringLiteral("btEEPROMSave"));
-
-    // The words are compared exactly, in this order; they carry no
-    // diacritics, the texts shown do.
-    if (stateWord == "Neaktivni") {
-        stateLabel->setText(QStringLiteral("Neaktivní"));
-        setLabelColour(stateLabel, kRed);
-        port->setEnabled(true);
-        portSettings->setEnabled(true);
-        activate->setText(kActivate);
-        eepromSave->setEnabled(false);
-        eepromLoad->setEnabled(false);
-        field(QStringLiteral("btPorovnatStanici"))->setEnabled(false);
+    stateLabel->setText(QString::fromUtf8(look.stateText.data(), static_cast<qsizetype>(look.stateText.size())));
+    setLabelColour(stateLabel, QColor(look.stateColour.red, look.stateColour.green, look.stateColour.blue));
+    field(QStringLiteral("tabPort"))->setEnabled(look.portChoosable);
+    field(QStringLiteral("btPortSettings"))->setEnabled(look.portChoosable);
+    field<QPushButton>(QStringLiteral("btDEA"))
+        ->setText(QString::fromUtf8(look.linkCommand.data(), static_cast<qsizetype>(look.linkCommand.size())));
+    if (look.eepromCommands) {
+        field(QStringLiteral("btEEPROMSave"))->setEnabled(*look.eepromCommands);
+        field(QStringLiteral("btEEPROMLoad"))->setEnabled(*look.eepromCommands);
+    }
+    field(QStringLiteral("btPorovnatStanici"))->setEnabled(look.compareWithStation);
+    if (look.identityUnknown) {
         for (const char* name : { "lblInfoModem", "lblInfoProdukt", "lblInfoVerze", "lblInfoPamSize" })
             field<QLabel>(QString::fromLatin1(name))->setText(kUnknown);
-        updateMemoryDisplay();
-    } else if (stateWord == "Aktivni-spatna verze") {
-        // A station of a wrong version may be deactivated, but neither read
-        // nor written: the EEPROM commands keep the state they had.
-        stateLabel->setText(QStringLiteral("Chybné zařízení"));
-        setLabelColour(stateLabel, kBlue);
-        port->setEnabled(false);
-        portSettings->setEnabled(false);
-        activate->setText(kDeactivate);
-        field(QStringLiteral("btPorovnatStanici"))->setEnabled(false);
-        updateMemoryDisplay();
-        emit hideProgressRequested();
-    } else if (stateWord == "Aktivni") {
-        stateLabel->setText(QStringLiteral("Aktivní"));
-        setLabelColour(stateLabel, kBlue);
-        port->setEnabled(false);
-        portSettings->setEnabled(false);
-        activate->setText(kDeactivate);
-        eepromSave->setEnabled(true);
-        eepromLoad->setEnabled(true);
-        field(QStringLiteral("btPorovnatStanici"))->setEnabled(true);
-        updateMemoryDisplay();
-    } else {
-        return;
+        eepromSize_.reset();
     }
-    emit connectionStateShown(QString::fromUtf8(stateWord.data(), static_cast<qsizetype>(stateWord.size())));
+    updateMemoryDisplay();
 }
 
 void MainWindow::showIdentity(const link::StationIdentity& identity)
@@ -284,30 +256,78 @@ void MainWindow::showIdentity(const link::StationIdentity& identity)
     updateMemoryDisplay();
 }
 
-std::optional<std::size_t> MainWindow::eepromSize() const
+void MainWindow::setEepromSize(std::optional<std::size_t> size)
 {
-    // The size label reads like the memory table writes it ("  8128 byte");
-    // the number is what stands before the last five characters.
-    const QString text = field<QLabel>(QStringLiteral("lblInfoPamSize"))->text();
-    if (text == kUnknown || text.size() <= 5)
-        return std::nullopt;
-    bool ok = false;
-    const qulonglong size = text.chopped(5).trimmed().toULongLong(&ok);
-    if (!ok)
-        return std::nullopt;
-    return static_cast<std::size_t>(size);
+    eepromSize_ = size;
+    updateMemoryDisplay();
+}
+
+std::string MainWindow::portName() const
+{
+    return field<QComboBox>(QStringLiteral("tabPort"))->currentText().toStdString();
+}
+
+bool MainWindow::checkWrite() const
+{
+    return field<QAbstractButton>(QStringLiteral("CheckWrite"))->isChecked();
+}
+
+bool MainWindow::backupWanted() const
+{
+    return field<QAbstractButton>(QStringLiteral("CheckBackup"))->isChecked();
+}
+
+void MainWindow::showFirstPage()
+{
+    field<QTabWidget>(QStringLiteral("TabList"))->setCurrentIndex(0);
+}
+
+void MainWindow::showPageOf(const std::string& name, std::optional<std::size_t> row)
+{
+    if (const FieldInfo* info = findField(name))
+        field<QTabWidget>(QStringLiteral("TabList"))->setCurrentIndex(static_cast<int>(info->pageOfRow(row.value_or(0))));
+}
+
+void MainWindow::focusField(const std::string& name, std::optional<std::size_t> row)
+{
+    if (QWidget* widget = field(QString::fromStdString(name), row ? static_cast<int>(*row) : -1))
+        widget->setFocus(Qt::OtherFocusReason);
+}
+
+void MainWindow::connectCommands()
+{
+    struct CommandButton {
+        const char* name;
+        WindowCommand command;
+    };
+    static constexpr CommandButton kButtons[] = {
+        {"btDEA", WindowCommand::ActivateOrDeactivate},
+        {"btEEPROMLoad", WindowCommand::ReadStation},
+        {"btEEPROMSave", WindowCommand::WriteStation},
+        {"btFileLoad", WindowCommand::LoadFile},
+        {"btFileSave", WindowCommand::SaveFile},
+        {"btTisk", WindowCommand::Print},
+        {"btInformace", WindowCommand::About},
+        {"btKonec", WindowCommand::Exit},
+        {"btPortSettings", WindowCommand::PortSettings},
+        {"btPorovnatSoubor", WindowCommand::CompareWithFile},
+        {"btPorovnatStanici", WindowCommand::CompareWithStation},
+    };
+    for (const auto& button : kButtons)
+        connect(field<QAbstractButton>(QString::fromLatin1(button.name)), &QAbstractButton::clicked, this,
+                [this, command = button.command] { emit commandRequested(command); });
 }
 
 void MainWindow::updateMemoryDisplay()
 {
-    StationSettings current = kept_;
+    StationSettings current = record_;
     readSettings(current);
     const std::size_t used = usedSize(current);
 
     auto* usage = field<QLabel>(QStringLiteral("lblInfoPamUsage"));
     auto* freeRoom = field<QLabel>(QStringLiteral("lblInfoPamFree"));
     usage->setText(QString::number(used) + QStringLiteral(" byte"));
-    if (const auto size = eepromSize()) {
+    if (const auto size = eepromSize_) {
         const long long room = static_cast<long long>(*size) - static_cast<long long>(used);
         freeRoom->setText(QString::number(room) + QStringLiteral(" byte"));
         setLabelColour(freeRoom, room >= 0 ? kBlue : kRed);
@@ -365,7 +385,7 @@ void MainWindow::onFieldTextChanged(const char* name, int row, const QString& te
 
 StationSettings MainWindow::currentSettings() const
 {
-    StationSettings settings = kept_;
+    StationSettings settings = record_;
     readSettings(settings);
     return settings;
 }
@@ -407,7 +427,7 @@ void MainWindow::setFieldValue(const FieldChange& change)
         return;
     QWidget* widget = field(QString::fromStdString(change.field), info->perRow() ? static_cast<int>(change.row) : -1);
     if (widget == nullptr) {
-        applyChange(kept_, change);
+        applyChange(record_, change);
         return;
     }
     if (const auto* text = std::get_if<std::string>(&change.value))

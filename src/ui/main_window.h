@@ -2,8 +2,8 @@
 // The main window "Hlavni": every station setting as an editable field on
 // seven tab pages, the link panel, the memory display and the command
 // buttons. The window holds the settings while the technician edits them;
-// the commands behind the buttons belong to the shell, which finds the
-// buttons by name.
+// the commands behind the buttons belong to the shell, which hears of them
+// as typed commands and answers with typed values.
 
 #include <QHash>
 #include <QMainWindow>
@@ -22,6 +22,7 @@
 #include "editing/row_labels.h"
 #include "link/session.h"
 #include "settings/station_settings.h"
+#include "ui/window_command.h"
 
 class QCheckBox;
 class QLineEdit;
@@ -51,9 +52,6 @@ public:
     // the memory display in line with the new contents.
     void fillSettings(const StationSettings& settings);
 
-    // True while fillSettings is writing into the fields.
-    bool loading() const { return loading_; }
-
     // The record as the fields hold it now.
     StationSettings currentSettings() const;
 
@@ -76,19 +74,31 @@ public:
     void showCheck(const std::vector<CheckEntry>& entries);
     CheckPanel* checkPanel() const { return checkPanel_; }
 
-    // "Neaktivni", "Aktivni" or "Aktivni-spatna verze"; any other word
-    // (also one with diacritics) changes nothing.
-    void showConnectionState(std::string_view stateWord);
+    // The link panel and the EEPROM commands as the state's row of the
+    // connection look has them.
+    void setConnectionState(link::ConnectionState state);
 
     // Puts what the identification found into the information panel.
     void showIdentity(const link::StationIdentity& identity);
+    // The settings area of the identified station, for the free room;
+    // nothing while no size is known ("?").
+    void setEepromSize(std::optional<std::size_t> size);
+    std::optional<std::size_t> eepromSize() const { return eepromSize_; }
 
     // lblInfoPamUsage and lblInfoPamFree for the settings now in the fields.
     void updateMemoryDisplay();
 
-    // The settings area of the identified station, from lblInfoPamSize;
-    // nullopt while it shows "?".
-    std::optional<std::size_t> eepromSize() const;
+    // What the technician chose beside the commands.
+    std::string portName() const;
+    bool checkWrite() const;
+    bool backupWanted() const;
+
+    // The first page, where a decoded configuration is shown from.
+    void showFirstPage();
+    // The page of a field (of its row for a table's field), without the focus.
+    void showPageOf(const std::string& name, std::optional<std::size_t> row);
+    // The input focus into a field, its text left as it is.
+    void focusField(const std::string& name, std::optional<std::size_t> row);
 
     // The power-saving controls are enabled exactly when opEnablePS1 is
     // selected. Values are left as they are.
@@ -100,12 +110,8 @@ public:
     template <class W> W* field(const QString& name, int row = -1) const { return qobject_cast<W*>(field(name, row)); }
 
 signals:
-    // The wrong-version state is shown once the identification has ended;
-    // the progress window the activation left open must go now.
-    void hideProgressRequested();
-
-    // After a known state word was applied.
-    void connectionStateShown(const QString& stateWord);
+    // A command button was clicked.
+    void commandRequested(rm8::ui::WindowCommand command);
 
     // A double-click into a row's field, or the row's button: its dialog is
     // wanted. row 0..7.
@@ -158,9 +164,11 @@ private:
     std::optional<Notice> judgeField(const char* name, int row, QLineEdit* edit);
     void setFieldValue(const FieldChange& change);
     void connectRowCommands();
+    void connectCommands();
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-    StationSettings kept_; // the dialog-only lists and the measuring ranges
+    StationSettings record_; // the dialog-only lists and the measuring ranges
+    std::optional<std::size_t> eepromSize_;
     QHash<QString, QWidget*> named_;
     LeaveWatch* leaveWatch_ = nullptr;
     CheckPanel* checkPanel_ = nullptr;

@@ -105,8 +105,8 @@ QLineEdit* MainWindow::textField(const char* name, int row)
     const int limit = info->maxLength;
     if (limit > 0)
         edit->setMaxLength(limit);
-    // The start-up text is the start-up record's, which kept_ still is.
-    const std::string_view startup = info->textIn(kept_, row < 0 ? 0 : static_cast<std::size_t>(row));
+    // The start-up text is the start-up record's, which record_ still is.
+    const std::string_view startup = info->textIn(record_, row < 0 ? 0 : static_cast<std::size_t>(row));
     edit->setText(QString::fromUtf8(startup.data(), static_cast<qsizetype>(startup.size())));
     if (limit > 0 && limit <= 50) {
         // Numbers: as wide as the longest entry, phone numbers at least as
@@ -211,7 +211,7 @@ QWidget* MainWindow::buildGeneralPage()
     auto* savingGrid = new QGridLayout(saving);
     auto* savingOff = named(new QRadioButton(u8("Bez šetřícího režimu")), QStringLiteral("opEnablePS0"));
     auto* savingOn = named(new QRadioButton(u8("Povolit šetřící režim")), QStringLiteral("opEnablePS1"));
-    (kept_.opEnablePS1 ? savingOn : savingOff)->setChecked(true);
+    (record_.opEnablePS1 ? savingOn : savingOff)->setChecked(true);
     connect(savingOff, &QRadioButton::toggled, this, [this] { checkEnabled(); });
     connect(savingOn, &QRadioButton::toggled, this, [this] { checkEnabled(); });
     savingGrid->addWidget(savingOff, 0, 0, 1, 6);

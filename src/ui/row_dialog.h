@@ -43,9 +43,6 @@ class RowDialog : public QDialog {
     Q_OBJECT
 
 public:
-    // True unless the last run ended with OK.
-    bool cancelled() const { return cancelled_; }
-
     LeaveWatch* leaveWatch() const { return watch_; }
 
 protected:

@@ -214,12 +214,9 @@ private slots:
         else
             rig->window.close();
         // Asked once at most: the closing that ends the program asks no more.
+        // The questions themselves are the exit guard's (its own tests); here
+        // only that both ways out reach it and end or not as it says.
         QCOMPARE(rig->ui.questions.size(), std::size_t(c["buttons"].is_null() ? 0 : 1));
-        for (const auto& question : rig->ui.questions) {
-            QCOMPARE(q(question.text), kStillProgramming);
-            QCOMPARE(question.icon, MessageIcon::Question);
-            QCOMPARE(*question.buttons, rm8::test::named<Buttons>(c["buttons"], { "Ok", "YesNo", "YesNoCancel" }));
-        }
         QCOMPARE(rig->requests(6), std::size_t(c["leaves"] == true ? 1 : 0));
         QCOMPARE(exits.count(), c["ends"] == true ? 1 : 0);
         QCOMPARE(rig->window.isVisible(), c["ends"] == false);

@@ -11,11 +11,13 @@
 
 #include "fields/settings_json.h"
 #include "settings/loaded_settings.h"
+#include "settings/memory_sizes.h"
 #include "settings/settings_file.h"
 #include "shell/window_tests.h"
 #include "ui/main_window.h"
 
 using rm8::StationSettings;
+using rm8::link::ConnectionState;
 using rm8::test::qs;
 using rm8::ui::MainWindow;
 
@@ -152,9 +154,14 @@ private slots:
             if (target && pageOf(tabs, target) >= 0) // shown, as the technician sees it
                 tabs->setCurrentIndex(pageOf(tabs, target));
             if (step[0] == "state") {
-                window.showConnectionState(step[1].get<std::string>());
+                // A word of no state (also one with diacritics) names nothing to show.
+                for (const auto state : { ConnectionState::Inactive, ConnectionState::Active,
+                         ConnectionState::WrongVersion })
+                    if (rm8::link::stateWord(state) == step[1].get<std::string>())
+                        window.setConnectionState(state);
             } else if (step[0] == "size") {
                 window.showIdentity({ "?", "?", step[1].get<std::string>(), "?" });
+                window.setEepromSize(rm8::memorySizeBytes(step[1].get<std::string>()));
             } else if (step[0] == "fill") {
                 const auto settings = rm8::settingsFromJson(step[1]);
                 QVERIFY2(settings, settings ? "" : settings.error().c_str());

@@ -1,0 +1,36 @@
+#include "shell/comparison_window.h"
+
+#include <QDialog>
+#include <QVBoxLayout>
+
+#include "fields/compare_table.h"
+#include "ui/compare_view.h"
+#include "ui/main_window.h"
+
+namespace rm8::shell {
+
+void ComparisonWindow::build()
+{
+    dialog_ = new QDialog(&window_);
+    dialog_->setObjectName(QStringLiteral("Porovnani"));
+    dialog_->setWindowTitle(QStringLiteral("Porovnání nastavení"));
+    auto* layout = new QVBoxLayout(dialog_);
+    auto* view = new ui::CompareView;
+    layout->addWidget(view);
+    // The table counts rows from 1, as the technician reads them.
+    QObject::connect(view, &ui::CompareView::entryActivated, &window_,
+        [this](const QString& field, int row) { window_.revealField(field, row - 1); });
+    dialog_->resize(760, 420);
+    view_ = view;
+}
+
+void ComparisonWindow::show(const StationSettings& ours, const StationSettings& other, const QString& otherHeading)
+{
+    if (!dialog_)
+        build();
+    qobject_cast<ui::CompareView*>(view_.data())->setRows(compareTable(ours, other), otherHeading);
+    dialog_->show();
+    dialog_->raise();
+}
+
+} // namespace rm8::shell

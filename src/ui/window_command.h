@@ -1,0 +1,21 @@
+#pragma once
+// The commands the main window forwards, one per command button; the shell
+// decides what each does.
+
+namespace rm8::ui {
+
+enum class WindowCommand {
+    ActivateOrDeactivate, // btDEA
+    ReadStation, // btEEPROMLoad
+    WriteStation, // btEEPROMSave
+    LoadFile, // btFileLoad
+    SaveFile, // btFileSave
+    Print, // btTisk
+    About, // btInformace
+    Exit, // btKonec
+    PortSettings, // btPortSettings
+    CompareWithFile, // btPorovnatSoubor
+    CompareWithStation, // btPorovnatStanici
+};
+
+} // namespace rm8::ui

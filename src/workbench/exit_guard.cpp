@@ -1,0 +1,43 @@
+#include "workbench/exit_guard.h"
+
+namespace rm8 {
+namespace {
+
+bool savedOrLeftAlone(Workbench& bench, Interaction& ui, const SaveFileChooser& chooseFile)
+{
+    if (!bench.modified())
+        return true;
+    switch (ui.ask(MessageIcon::Question, kUnsavedSettings, Buttons::YesNoCancel)) {
+    case Answer::Yes: {
+        const auto path = chooseFile();
+        return path && bench.save(*path) == FlowOutcome::Done;
+    }
+    case Answer::No:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+bool clearToExit(Workbench& bench, Interaction& ui, ExitBy by, const SaveFileChooser& chooseFile)
+{
+    if (!savedOrLeftAlone(bench, ui, chooseFile))
+        return false;
+    if (!bench.sessionOpen())
+        return true;
+    const Buttons buttons = by == ExitBy::Command ? Buttons::YesNoCancel : Buttons::YesNo;
+    switch (ui.ask(MessageIcon::Question, kStillProgramming, buttons)) {
+    case Answer::Yes:
+        // The program ends whatever the deactivation says.
+        (void)bench.deactivate();
+        return true;
+    case Answer::No:
+        return true;
+    default:
+        return by == ExitBy::ClosingWindow;
+    }
+}
+
+} // namespace rm8
