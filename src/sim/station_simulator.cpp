@@ -137,6 +137,10 @@ Reply StationSimulator::shape(const Bytes& request, const Bytes& data, RequestFa
     } else if (fault == RequestFault::Late) {
         reply.fault = ReplyFault::Late;
         reply.delay += faults.lateBy;
+    } else if (fault == RequestFault::Twice) {
+        const Bytes frame = reply.bytes;
+        reply.bytes.insert(reply.bytes.end(), frame.begin(), frame.end());
+        reply.delay += behaviour_.line.wireTime(frame.size());
     }
     return reply;
 }

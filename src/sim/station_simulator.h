@@ -55,7 +55,9 @@ struct StationFaults {
 // back with its first byte changed under a valid checksum (differently for
 // every request, as noise the checksum misses), or the line going dead as the
 // request arrives (it is neither answered nor carried out).
-enum class RequestFault { None, Drop, Garble, Late, StoreOther, ReadOther, HangUp };
+// Twice: the reply frame arrives two times over, as an adapter that repeats
+// its buffer delivers it.
+enum class RequestFault { None, Drop, Garble, Late, StoreOther, ReadOther, HangUp, Twice };
 
 struct StationBehaviour {
     LineEmulation line;

@@ -29,7 +29,7 @@ std::vector<std::string> replay(const std::vector<std::string>& head)
 {
     using enum sim::RequestFault;
     const std::map<std::string, sim::RequestFault> kinds { { "drop", Drop }, { "garble", Garble }, { "late", Late },
-        { "hangup", HangUp }, { "store-other", StoreOther } };
+        { "hangup", HangUp }, { "store-other", StoreOther }, { "twice", Twice } };
     sim::StationProfile profile;
     sim::StationBehaviour behaviour;
     StationSettings given; // what the commands write and a read may replace
