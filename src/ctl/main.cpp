@@ -10,6 +10,7 @@
 #include "ctl/station_commands.h"
 #include "ctl/file_commands.h"
 #include "ctl/report_command.h"
+#include "platform/console.h"
 
 namespace {
 
@@ -42,7 +43,8 @@ Příkazy pro stanici (PORT je "COM n", nebo cesta k zařízení):
         do ZALOHA.eep (všechny bajty, jako read --raw), teprve pak zapisuje
   --search-timeout S   jak dlouho hledat stanici (výchozí 30 s), pak jako Storno
   --com "COM n=ZAŘÍZENÍ[,COM m=ZAŘÍZENÍ]"
-                       tabulka portů; bez ní je COM n zařízení /dev/ttyS(n-1)
+                       tabulka portů; bez ní je COM n zařízení /dev/ttyS(n-1),
+                       ve Windows port COMn (i nad COM 9, např. --port "COM 12")
   --trace SOUBOR       zapíše každý odeslaný a přijatý rámec s časem (pro podporu)
   Ctrl-C působí jako Storno. Na terminálu ukazuje přenos počet bloků a zbývající čas.
 
@@ -75,6 +77,7 @@ constexpr CommandEntry kCommands[] = {
 
 int main(int argc, char** argv)
 {
+    rm8::platform::useUtf8Console();
     std::vector<std::string> words(argv + 1, argv + argc);
     std::replace(words.begin(), words.end(), std::string("-h"), std::string("--help"));
     const rm8::ctl::OptionSet options{{"--out", "--base", "--eeprom-size", "--port", "--search-timeout", "--com", "--trace", "--backup"},

@@ -1,13 +1,10 @@
 #include "ctl/station_commands.h"
 
 #include <atomic>
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
-
-#include <unistd.h>
 
 #include "common/atomic_file.h"
 #include "ctl/check_command.h"
@@ -18,7 +15,7 @@
 #include "flow/file_flows.h"
 #include "ctl/progress_bar.h"
 #include "link/frame_log.h"
-#include "link/posix_serial_line.h"
+#include "link/serial_line_factory.h"
 #include "link/tracing_line.h"
 #include "link/session.h"
 #include "link/station_backup.h"
@@ -27,13 +24,14 @@
 #include "settings/image_encoder.h"
 #include "settings/settings_file.h"
 #include "settings/used_size.h"
+#include "platform/console.h"
 
 namespace rm8::ctl {
 namespace {
 
 std::atomic<bool> interrupted{false};
 
-void onInterrupt(int)
+void onInterrupt()
 {
     interrupted = true;
 }
@@ -55,7 +53,7 @@ public:
                        bool showBar)
         : out_(out), err_(err), answerYes_(answerYes), searchLimit_(searchLimit), bar_(showBar)
     {
-        std::signal(SIGINT, onInterrupt);
+        platform::onInterrupt(onInterrupt);
     }
 
     void showProgress(std::string_view text, bool) override
@@ -122,7 +120,7 @@ private:
 // The line to the station, with every frame written to the --trace file when
 // one is asked for.
 struct Connection {
-    link::PosixSerialLine port;
+    std::unique_ptr<link::SerialLine> port;
     std::unique_ptr<link::FrameLog> log;
     std::optional<link::TracingLine> traced;
     StationInteraction ui;
@@ -131,11 +129,11 @@ struct Connection {
 
     Connection(const Arguments& arguments, const std::string& device, std::unique_ptr<link::FrameLog> frameLog,
                std::ostream& out, std::ostream& err)
-        : port(device)
+        : port(link::makeSerialLine(device))
         , log(std::move(frameLog))
-        , traced(log ? std::optional<link::TracingLine>(std::in_place, port, sink(*log)) : std::nullopt)
-        , ui(out, err, arguments.has("--yes"), searchLimit(arguments), ::isatty(STDERR_FILENO) == 1)
-        , io(traced ? static_cast<link::SerialLine&>(*traced) : port, ui)
+        , traced(log ? std::optional<link::TracingLine>(std::in_place, *port, sink(*log)) : std::nullopt)
+        , ui(out, err, arguments.has("--yes"), searchLimit(arguments), platform::errorStreamIsTerminal())
+        , io(traced ? static_cast<link::SerialLine&>(*traced) : *port, ui)
     {
     }
 

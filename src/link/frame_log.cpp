@@ -5,6 +5,8 @@
 #include <cstring>
 #include <ctime>
 
+#include "platform/calendar.h"
+
 namespace rm8::link {
 
 Expected<std::unique_ptr<FrameLog>, std::string> FrameLog::toFile(const std::string& path)
@@ -28,8 +30,7 @@ std::string FrameLog::formatTime(TimePoint at)
         micros += std::chrono::seconds(1);
     }
     const std::time_t whole = static_cast<std::time_t>(seconds.count());
-    std::tm utc{};
-    ::gmtime_r(&whole, &utc);
+    const std::tm utc = platform::utcTime(whole);
     char text[64];
     const std::size_t n = std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &utc);
     char fraction[32];
