@@ -10,6 +10,7 @@ packages=(
   qt6-base-dev qt6-serialport-dev qt6-qpa-plugins qt6-translations-l10n libgl-dev fonts-dejavu-core
   fonts-liberation2 poppler-utils
   xvfb xauth
+  g++-mingw-w64-x86-64-posix wine wine64
 )
 
 missing=()

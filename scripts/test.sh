@@ -29,6 +29,9 @@ cmake --preset asan "${options[@]}" >/dev/null
 cmake --build --preset asan
 ctest --preset asan -j2
 
+stage "windows build and tests under Wine"
+bash scripts/windows-stage.sh
+
 stage "fuzzing"
 FUZZ_SECONDS="${FUZZ_SECONDS:-30}" bash scripts/fuzz.sh
 

@@ -6,8 +6,35 @@
 #include <random>
 #include <system_error>
 
+#ifdef _WIN32
+#include <windows.h>
+
+#include "platform/win32_error_message.h"
+#endif
+
 namespace rm8 {
 namespace fs = std::filesystem;
+namespace {
+
+// Puts the finished file in the target's place, an existing target included;
+// the error is the system's reason.
+Expected<void, std::string> replaceWith(const fs::path& temporary, const fs::path& target)
+{
+#ifdef _WIN32
+    // A plain rename refuses an existing target on Windows.
+    if (MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        return {};
+    return unexpected(platform::win32ErrorMessage(GetLastError()));
+#else
+    std::error_code error;
+    fs::rename(temporary, target, error);
+    if (error)
+        return unexpected(error.message());
+    return {};
+#endif
+}
+
+} // namespace
 
 Expected<void, std::string> writeFileAtomically(const fs::path& path, std::span<const char> bytes)
 {
@@ -16,7 +43,10 @@ Expected<void, std::string> writeFileAtomically(const fs::path& path, std::span<
         return unexpected(std::string("cíl je adresář"));
 
     std::random_device entropy;
-    const fs::path temporary = path.string() + ".part-" + std::to_string(entropy() % 1000000);
+    // Built on the path itself: through a narrow string a Czech letter would
+    // not survive on Windows.
+    fs::path temporary = path;
+    temporary += ".part-" + std::to_string(entropy() % 1000000);
     {
         std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
         if (!out)
@@ -29,11 +59,10 @@ Expected<void, std::string> writeFileAtomically(const fs::path& path, std::span<
             return unexpected(reason);
         }
     }
-    fs::rename(temporary, path, error);
-    if (error) {
+    if (auto replaced = replaceWith(temporary, path); !replaced) {
         std::error_code ignored;
         fs::remove(temporary, ignored);
-        return unexpected(error.message());
+        return unexpected(replaced.error());
     }
     return {};
 }

@@ -6,6 +6,7 @@
 
 #include "ctl/configuration_input.h"
 #include "ctl/file_commands.h"
+#include "platform/utf8_path.h"
 
 namespace rm8::ctl {
 namespace {
@@ -53,7 +54,7 @@ int checkCommand(const Arguments& arguments, std::ostream& out, std::ostream& er
         }
         eepromSize = value;
     }
-    auto configuration = loadConfiguration(arguments.operands[0]);
+    auto configuration = loadConfiguration(platform::pathFromUtf8(arguments.operands[0]));
     if (!configuration) {
         err << "rm8ctl: " << configuration.error() << '\n';
         return kBadInput;

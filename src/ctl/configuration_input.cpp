@@ -7,6 +7,7 @@
 #include "ctl/cli_interaction.h"
 #include "fields/settings_json.h"
 #include "flow/file_flows.h"
+#include "platform/utf8_path.h"
 
 namespace rm8::ctl {
 namespace fs = std::filesystem;
@@ -18,14 +19,14 @@ constexpr std::uintmax_t kMaxJsonBytes = 16u << 20;
 
 std::string named(const fs::path& path, const std::string& what)
 {
-    return "Soubor '" + path.string() + "': " + what;
+    return "Soubor '" + platform::utf8FromPath(path) + "': " + what;
 }
 
 } // namespace
 
 bool isJsonPath(const fs::path& path)
 {
-    std::string extension = path.extension().string();
+    std::string extension = platform::utf8FromPath(path.extension());
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return extension == ".json";

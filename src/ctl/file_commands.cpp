@@ -10,6 +10,7 @@
 #include "fields/settings_json.h"
 #include "flow/file_flows.h"
 #include "flow/messages.h"
+#include "platform/utf8_path.h"
 #include "settings/image_encoder.h"
 #include "settings/image_layout.h"
 #include "settings/image_survey.h"
@@ -48,12 +49,12 @@ int decodeCommand(const Arguments& arguments, std::ostream& out, std::ostream& e
 {
     if (!expectOperands(arguments, 1, err))
         return kBadInput;
-    auto configuration = loadConfiguration(arguments.operands[0]);
+    auto configuration = loadConfiguration(platform::pathFromUtf8(arguments.operands[0]));
     if (!configuration)
         return fail(err, configuration.error());
     const std::string json = settingsToJsonText(configuration->settings);
     if (const auto target = arguments.value("--out")) {
-        auto written = writeFileAtomically(*target, json);
+        auto written = writeFileAtomically(platform::pathFromUtf8(*target), json);
         if (!written)
             return fail(err, "Soubor '" + *target + "' nelze zapsat: " + written.error());
         return kSuccess;
@@ -70,12 +71,12 @@ int encodeCommand(const Arguments& arguments, std::ostream& out, std::ostream& e
     const auto target = arguments.value("--out");
     if (!target)
         return fail(err, "encode: chybí volba --out SOUBOR.eep");
-    auto settings = loadSettingsJson(arguments.operands[0]);
+    auto settings = loadSettingsJson(platform::pathFromUtf8(arguments.operands[0]));
     if (!settings)
         return fail(err, settings.error());
     EepromImage image;
     if (const auto base = arguments.value("--base")) {
-        auto read = readImageFile(*base, image);
+        auto read = readImageFile(platform::pathFromUtf8(*base), image);
         if (!read)
             return fail(err, "Základní obraz '" + *base + "': " + read.error().describe());
     }
@@ -94,7 +95,7 @@ int encodeCommand(const Arguments& arguments, std::ostream& out, std::ostream& e
     }
 
     CliInteraction ui(arguments.has("--yes"));
-    switch (saveSettingsFile(*target, image, *settings, ui)) {
+    switch (saveSettingsFile(platform::pathFromUtf8(*target), image, *settings, ui)) {
     case FlowOutcome::Done:
         return kSuccess;
     case FlowOutcome::Declined:
@@ -117,7 +118,7 @@ int infoCommand(const Arguments& arguments, std::ostream& out, std::ostream& err
         return kBadInput;
     const std::string path = arguments.operands[0];
     EepromImage image;
-    auto read = readImageFile(path, image);
+    auto read = readImageFile(platform::pathFromUtf8(path), image);
     if (!read)
         return fail(err, "Soubor '" + path + "': " + read.error().describe());
 
@@ -157,10 +158,10 @@ int diffCommand(const Arguments& arguments, std::ostream& out, std::ostream& err
 {
     if (!expectOperands(arguments, 2, err))
         return kBadInput;
-    auto left = loadConfiguration(arguments.operands[0]);
+    auto left = loadConfiguration(platform::pathFromUtf8(arguments.operands[0]));
     if (!left)
         return fail(err, left.error());
-    auto right = loadConfiguration(arguments.operands[1]);
+    auto right = loadConfiguration(platform::pathFromUtf8(arguments.operands[1]));
     if (!right)
         return fail(err, right.error());
     const auto differences = diffSettings(left->settings, right->settings);

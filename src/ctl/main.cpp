@@ -9,6 +9,7 @@
 #include "ctl/check_command.h"
 #include "ctl/station_commands.h"
 #include "ctl/file_commands.h"
+#include "ctl/ports_command.h"
 #include "ctl/report_command.h"
 #include "platform/console.h"
 
@@ -41,6 +42,8 @@ Příkazy pro stanici (PORT je "COM n", nebo cesta k zařízení):
         zapíše nastavení do stanice a každý zapsaný blok přečte zpět (--no-verify
         kontrolu vynechá); s --backup nejprve načte celou EEPROM stanice a uloží ji
         do ZALOHA.eep (všechny bajty, jako read --raw), teprve pak zapisuje
+  ports
+        vypíše sériové porty systému a co jsou zač (USB převodník, název ze správce zařízení)
   --search-timeout S   jak dlouho hledat stanici (výchozí 30 s), pak jako Storno
   --com "COM n=ZAŘÍZENÍ[,COM m=ZAŘÍZENÍ]"
                        tabulka portů; bez ní je COM n zařízení /dev/ttyS(n-1),
@@ -71,6 +74,7 @@ constexpr CommandEntry kCommands[] = {
     {"identify", rm8::ctl::identifyCommand},
     {"read", rm8::ctl::readCommand},
     {"write", rm8::ctl::writeCommand},
+    {"ports", rm8::ctl::portsCommand},
 };
 
 } // namespace

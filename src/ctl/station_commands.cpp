@@ -20,11 +20,12 @@
 #include "link/session.h"
 #include "link/station_backup.h"
 #include "link/station_flows.h"
+#include "platform/console.h"
+#include "platform/utf8_path.h"
 #include "settings/memory_sizes.h"
 #include "settings/image_encoder.h"
 #include "settings/settings_file.h"
 #include "settings/used_size.h"
-#include "platform/console.h"
 
 namespace rm8::ctl {
 namespace {
@@ -282,13 +283,14 @@ int readCommand(const Arguments& arguments, std::ostream& out, std::ostream& err
     Expected<void, std::string> written;
     if (arguments.has("--raw")) {
         const auto bytes = image.bytes().first(connection.eepromSize());
-        written = writeFileAtomically(*target, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        written = writeFileAtomically(
+            platform::pathFromUtf8(*target), { reinterpret_cast<const char*>(bytes.data()), bytes.size() });
     } else if (arguments.has("--json")) {
-        written = writeFileAtomically(*target, settingsToJsonText(settings));
+        written = writeFileAtomically(platform::pathFromUtf8(*target), settingsToJsonText(settings));
     } else {
         // The file the main window would save right after this read.
         CliInteraction ui(arguments.has("--yes"));
-        if (saveSettingsFile(*target, image, settings, ui) != FlowOutcome::Done)
+        if (saveSettingsFile(platform::pathFromUtf8(*target), image, settings, ui) != FlowOutcome::Done)
             written = unexpected(ui.messages().empty() ? std::string("nebyl zapsán") : ui.messages().back().line());
     }
     if (!written) {
@@ -311,11 +313,11 @@ int writeCommand(const Arguments& arguments, std::ostream& out, std::ostream& er
     }
     const auto backup = arguments.value("--backup");
     std::error_code ignored;
-    if (backup && std::filesystem::exists(*backup, ignored) && !arguments.has("--yes")) {
+    if (backup && std::filesystem::exists(platform::pathFromUtf8(*backup), ignored) && !arguments.has("--yes")) {
         err << "rm8ctl: Soubor '" << *backup << "' již existuje a nebyl přepsán (přepsání povolí volba --yes).\n";
         return kDifferent;
     }
-    auto configuration = loadConfiguration(arguments.operands[0]);
+    auto configuration = loadConfiguration(platform::pathFromUtf8(arguments.operands[0]));
     if (!configuration) {
         err << "rm8ctl: " << configuration.error() << '\n';
         return kBadInput;
@@ -339,7 +341,8 @@ int writeCommand(const Arguments& arguments, std::ostream& out, std::ostream& er
         gates.backUp = [&] {
             // The station as it was, before anything of it is overwritten;
             // no backup, no write.
-            const FlowOutcome saved = link::backupStation(connection.io, connection.eepromSize(), *backup);
+            const FlowOutcome saved
+                = link::backupStation(connection.io, connection.eepromSize(), platform::pathFromUtf8(*backup));
             if (saved == FlowOutcome::Done)
                 out << "Původní obsah EEPROM uložen do souboru '" << *backup << "'." << std::endl;
             return saved;

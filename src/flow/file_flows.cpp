@@ -2,6 +2,7 @@
 
 #include "flow/decode_step.h"
 #include "flow/messages.h"
+#include "platform/utf8_path.h"
 #include "settings/image_encoder.h"
 #include "settings/image_header.h"
 #include "settings/settings_file.h"
@@ -30,7 +31,7 @@ FlowOutcome loadSettingsFile(const std::filesystem::path& path, EepromImage& ima
                              Interaction& ui, const DecodeWatch& watch)
 {
     const HideProgressAtEnd hideAtEnd(ui);
-    const std::string name = path.string();
+    const std::string name = platform::utf8FromPath(path);
     ui.showProgress(messages::loadingFile(name), false);
     auto read = readImageFile(path, image);
     if (!read) {
@@ -55,7 +56,7 @@ FlowOutcome loadSettingsFile(const std::filesystem::path& path, EepromImage& ima
 FlowOutcome saveSettingsFile(const std::filesystem::path& path, EepromImage& image,
                              const StationSettings& settings, Interaction& ui)
 {
-    const std::string name = path.string();
+    const std::string name = platform::utf8FromPath(path);
     ui.showProgress(messages::savingFile(name), false);
     auto encoded = encodeImage(settings, image);
     if (!encoded || !imageHeaderValid(image)) {

@@ -6,6 +6,7 @@
 #include "common/file_names.h"
 #include "flow/messages.h"
 #include "link/station_flows.h"
+#include "platform/utf8_path.h"
 #include "settings/eeprom_image.h"
 
 namespace rm8::link {
@@ -18,7 +19,7 @@ FlowOutcome backupStation(LineIo& io, std::size_t eepromSize, const std::filesys
     const auto bytes = image.bytes().first(std::min(eepromSize, image.bytes().size()));
     if (auto written = writeFileAtomically(file, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
         !written) {
-        io.ui().message(MessageIcon::Stop, messages::saveFailed(file.string()), written.error());
+        io.ui().message(MessageIcon::Stop, messages::saveFailed(platform::utf8FromPath(file)), written.error());
         return FlowOutcome::Failed;
     }
     return FlowOutcome::Done;

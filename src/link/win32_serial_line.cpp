@@ -6,6 +6,7 @@
 
 #include "link/com_port_name.h"
 #include "link/win32_error_text.h"
+#include "platform/win32_error_message.h"
 
 namespace rm8::link {
 namespace {
@@ -20,28 +21,12 @@ std::wstring widened(const std::string& utf8)
     return wide;
 }
 
-std::string narrowed(const wchar_t* wide, int length)
-{
-    const int size = WideCharToMultiByte(CP_UTF8, 0, wide, length, nullptr, 0, nullptr, nullptr);
-    std::string utf8(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, wide, length, utf8.data(), size, nullptr, nullptr);
-    return utf8;
-}
-
 // The port's own Czech wording where there is one, else the system's text.
 std::string errorText(DWORD code)
 {
     if (const auto known = serialPortErrorText(code))
         return std::string(*known);
-    wchar_t* text = nullptr;
-    const DWORD length
-        = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-            nullptr, code, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
-    std::string described = length > 0 ? narrowed(text, static_cast<int>(length)) : std::string();
-    LocalFree(text);
-    while (!described.empty() && (described.back() == '\n' || described.back() == '\r' || described.back() == '.'))
-        described.pop_back();
-    return described + (described.empty() ? "" : " ") + "(chyba " + std::to_string(code) + ")";
+    return platform::win32ErrorMessage(code);
 }
 
 std::string lastError()

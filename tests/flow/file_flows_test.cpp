@@ -5,6 +5,7 @@
 
 #include "fields/settings_json.h"
 #include "flow/file_flows.h"
+#include "platform/utf8_path.h"
 #include "settings/table_file.h"
 #include "settings/used_size.h"
 #include "support/recording_interaction.h"
@@ -20,7 +21,8 @@ TEST(FileFlows, CasesOfTheTable)
         SCOPED_TRACE(c["name"].get<std::string>());
         const std::string kind = c["file"];
         test::ScratchDir dir;
-        const fs::path path = dir / (kind == "nofolder" ? "x/a.eep" : "a.eep");
+        const std::string name = kind == "nofolder" ? "x/a.eep" : c.value("as", "a.eep");
+        const fs::path path = dir.path() / platform::pathFromUtf8(name);
         if (kind.ends_with(".eep"))
             fs::copy_file(test::dataDir() / kind, path);
         const auto file = fs::is_regular_file(path) ? test::readBytes(path) : std::vector<char>();
@@ -41,8 +43,8 @@ TEST(FileFlows, CasesOfTheTable)
         const char* icons[] = { "Stop", "Exclamation", "Question", "Information" };
         EXPECT_EQ(outcomes[static_cast<int>(outcome)], c["outcome"]);
         for (auto& event : ui.events)
-            if (const auto at = event.find(path.string()); at != std::string::npos)
-                event.replace(at, path.string().size(), "{path}");
+            if (const auto at = event.find(platform::utf8FromPath(path)); at != std::string::npos)
+                event.replace(at, platform::utf8FromPath(path).size(), "{path}");
         EXPECT_EQ(nlohmann::json(ui.events), c["events"]);
         EXPECT_FALSE(ui.stornoOffered) << "neither flow offers Storno";
         std::vector<std::string> shown;
