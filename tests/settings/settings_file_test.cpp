@@ -12,6 +12,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+#ifdef _WIN32
+constexpr bool kOnWindows = true;
+#else
+constexpr bool kOnWindows = false;
+#endif
+
 TEST(SettingsFile, LoadsOrSavesOrSaysWhyNot)
 {
     for (const auto& row : test::readTable("settings/settings_files.tsv")) {
@@ -39,7 +45,9 @@ TEST(SettingsFile, LoadsOrSavesOrSaysWhyNot)
             error = result ? "" : result.error().describe();
             length = result ? *result : 0;
         }
-        EXPECT_EQ(test::likePattern(error, row[4]), row[4]);
+        // Windows reads a name longer than a path may be as no such file.
+        const std::string expected = kOnWindows && row.size() > 6 && !row[6].empty() ? row[6] : row[4];
+        EXPECT_EQ(test::likePattern(error, expected), expected);
         EXPECT_EQ(length, std::stoul(row[5]));
         std::error_code ignored;
         const auto file = fs::is_regular_file(path, ignored) ? test::readBytes(path) : std::vector<char>();
