@@ -22,7 +22,7 @@ template <> std::unique_ptr<WineSerialLine> makeLineFor<WineSerialLine>(const st
 {
     auto& ports = portsByDevice();
     if (!ports.count(path))
-        ports[path] = WineLineAgent::mapPort(10 + static_cast<int>(ports.size()), path);
+        ports[path] = WineLineAgent::instance().mapPort(10 + static_cast<int>(ports.size()), path);
     return std::make_unique<WineSerialLine>(ports[path]);
 }
 

@@ -13,6 +13,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <spawn.h>
 #include <unistd.h>
@@ -44,13 +45,15 @@ public:
         return line.empty() ? "err the agent is gone" : line;
     }
 
-    // Points COM number at the device, as a technician's adapter would be.
-    static std::string mapPort(int number, const std::string& device)
+    // Points COM number at the device, as a technician's adapter would be,
+    // until the agent ends.
+    std::string mapPort(int number, const std::string& device)
     {
         const std::filesystem::path link
             = std::filesystem::path(std::getenv("WINEPREFIX")) / "dosdevices" / ("com" + std::to_string(number));
         std::filesystem::remove(link);
         std::filesystem::create_symlink(device, link);
+        links_.push_back(link);
         return "COM " + std::to_string(number);
     }
 
@@ -84,11 +87,15 @@ private:
     {
         std::fclose(toAgent_); // the agent ends at the end of its input
         std::fclose(fromAgent_);
+        std::error_code ignored;
+        for (const auto& link : links_)
+            std::filesystem::remove(link, ignored);
     }
 
-    pid_t pid_ = 0;
+    pid_t pid_ = 0; // ends by itself at the end of its input
     std::FILE* toAgent_ = nullptr;
     std::FILE* fromAgent_ = nullptr;
+    std::vector<std::filesystem::path> links_;
 };
 
 class WineSerialLine : public link::SerialLine {
