@@ -60,11 +60,15 @@ bool configure(HANDLE port)
     mode.fRtsControl = RTS_CONTROL_ENABLE;
     if (!SetCommState(port, &mode))
         return false;
-    // No timeouts at all: a read completes when its bytes are there. The
+    // No read timeouts: a read completes when its bytes are there. The
     // deadline is kept by the wait on the read's event instead, which under
     // Wine ends as exactly as on Windows, where a read's own total timeout
-    // with its "return at the first byte" mode does not under Wine.
+    // with its "return at the first byte" mode does not under Wine. A write
+    // may take twice its time on the line and a second more, so that a stuck
+    // adapter cannot hold the program.
     COMMTIMEOUTS timeouts {};
+    timeouts.WriteTotalTimeoutMultiplier = 2;
+    timeouts.WriteTotalTimeoutConstant = 1000;
     return SetCommTimeouts(port, &timeouts) != 0;
 }
 
@@ -141,7 +145,13 @@ Expected<std::size_t, std::string> Win32SerialLine::waitForFirstByte(std::uint8_
     ResetEvent(event_);
     if (!ReadFile(handle_, &byte, 1, nullptr, &pending) && GetLastError() != ERROR_IO_PENDING)
         return unexpected(lastError());
-    if (WaitForSingleObject(event_, millisecondsUntil(deadline)) == WAIT_TIMEOUT)
+    // A wait is at most a minute long, and may end a little early: wait again
+    // until the deadline has really passed.
+    DWORD waited = WAIT_TIMEOUT;
+    do
+        waited = WaitForSingleObject(event_, millisecondsUntil(deadline));
+    while (waited == WAIT_TIMEOUT && Clock::now() < deadline);
+    if (waited != WAIT_OBJECT_0)
         CancelIoEx(handle_, &pending);
     // After a cancel the read may still have completed: its byte counts.
     DWORD got = 0;
