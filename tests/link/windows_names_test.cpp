@@ -20,6 +20,10 @@ TEST(WindowsNames, PortTextsBecomeDevicePathsAboveComNineToo)
     const std::pair<const char*, const char*> rows[] = {
         { "COM 5", "\\\\.\\COM5" },
         { "COM 12", "\\\\.\\COM12" },
+        { "COM 10", "\\\\.\\COM10" },
+        { "COM 209", "\\\\.\\COM209" },
+        { "COM 1:", "COM 1:" },
+        { "COM 1/", "COM 1/" },
         { "COM12", "\\\\.\\COM12" },
         { "com3", "\\\\.\\COM3" },
         { "Com 256", "\\\\.\\COM256" },
