@@ -51,6 +51,10 @@ TEST(WindowsNames, PortErrorsHaveCzechTextsAndTheRestAreTheSystems)
         { 5, "přístup odepřen: port používá jiný program" },
         { 32, "port používá jiný program" },
         { 1167, "zařízení portu bylo odpojeno" },
+        { 22, "zařízení portu neodpovídá, bylo odpojeno?" },
+        { 31, "zařízení portu neodpovídá, bylo odpojeno?" },
+        { 995, "přenos byl přerušen, zařízení portu bylo odpojeno?" },
+        { 1, "není to sériový port" },
         { 123, "neplatné jméno portu" },
     };
     for (const auto& [code, text] : rows)
