@@ -5,20 +5,15 @@
 #include <system_error>
 
 #include "link/station_backup.h"
+#include "platform/calendar.h"
+#include "platform/utf8_path.h"
 
 namespace rm8 {
 namespace {
 
 std::tm localNow()
 {
-    const std::time_t now = std::time(nullptr);
-    std::tm local {};
-#ifdef _WIN32
-    localtime_s(&local, &now);
-#else
-    localtime_r(&now, &local);
-#endif
-    return local;
+    return platform::localTime(std::time(nullptr));
 }
 
 } // namespace
@@ -30,13 +25,14 @@ FlowOutcome backUpIntoFolder(
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error || !std::filesystem::is_directory(folder, error)) {
-        ui.message(MessageIcon::Stop, "Nelze vytvořit složku záloh " + folder.string());
+        ui.message(MessageIcon::Stop, "Nelze vytvořit složku záloh " + platform::utf8FromPath(folder));
         return FlowOutcome::Failed;
     }
     const std::filesystem::path file = folder / link::backupFileName(localNow(), stationName);
     if (const FlowOutcome saved = link::backupStation(io, eepromSize, file); saved != FlowOutcome::Done)
         return saved;
-    ui.message(MessageIcon::Information, "Dosavadní obsah stanice byl uložen do souboru " + file.string());
+    ui.message(
+        MessageIcon::Information, "Dosavadní obsah stanice byl uložen do souboru " + platform::utf8FromPath(file));
     return FlowOutcome::Done;
 }
 
