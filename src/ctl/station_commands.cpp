@@ -60,13 +60,13 @@ public:
     void showProgress(std::string_view text, bool) override
     {
         interrupted = false;
-        searchDeadline_ = text == link::kSearchingText ? std::optional(link::Clock::now() + searchLimit_)
-                                                       : std::nullopt;
+        searchDeadline_.reset();
         endBar();
         if (bar_.enabled())
             err_ << text << std::endl;
         bar_.start();
     }
+    void stationSearchStarted() override { searchDeadline_ = link::Clock::now() + searchLimit_; }
     void hideProgress() override
     {
         searchDeadline_.reset();

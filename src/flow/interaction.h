@@ -24,6 +24,10 @@ public:
     // True once Storno was pressed since the progress was last shown. Also
     // the user interface's turn to handle its events.
     virtual bool cancelRequested() = 0;
+    // The progress just shown is the search for the station, which has no
+    // limit of its own; it lasts until the next progress or until the
+    // progress is hidden. For a tool that gives the search a time limit.
+    virtual void stationSearchStarted() {}
     // How far a transfer has come, in blocks; a hint for a progress bar that
     // the progress window itself does not show.
     virtual void progressBlocks(std::size_t done, std::size_t total)

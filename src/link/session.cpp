@@ -80,7 +80,8 @@ Activation activateLink(LineIo& io, std::string_view portName)
     }
     ui.message(MessageIcon::Information, messages::kConnectInstructions);
     io.flushInput();
-    ui.showProgress(kSearchingText, true);
+    ui.showProgress(messages::kSearchingStation, true);
+    ui.stationSearchStarted();
 
     // No limit on attempts: the technician ends the search with Storno.
     while (!io.exchange(kAttention, protocol::replyCode(protocol::kAttention), 500ms))

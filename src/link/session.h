@@ -11,10 +11,6 @@
 
 namespace rm8::link {
 
-// The progress text while the station is searched for; the search has no
-// limit of its own and ends with Storno.
-inline constexpr std::string_view kSearchingText = messages::kSearchingStation;
-
 enum class ConnectionState { Inactive, Active, WrongVersion };
 
 // The state words of the connection display: "Neaktivni", "Aktivni",
