@@ -6,14 +6,15 @@
 
 #include "ctl/configuration_input.h"
 #include "ctl/file_commands.h"
+#include "fields/table_rows.h"
 #include "platform/utf8_path.h"
 
 namespace rm8::ctl {
 namespace {
 
-std::string place(const std::string& field, int row)
+std::string place(const std::string& field, FieldRow row)
 {
-    return row > 0 ? field + "[" + std::to_string(row) + "]" : field;
+    return row ? field + "[" + std::to_string(rowNumber(*row)) + "]" : field;
 }
 
 std::string asJson(const CheckReport& report)
@@ -22,7 +23,7 @@ std::string asJson(const CheckReport& report)
     for (const auto& violation : report.violations) {
         nlohmann::ordered_json entry;
         entry["field"] = violation.field;
-        entry["row"] = violation.row > 0 ? nlohmann::ordered_json(violation.row) : nlohmann::ordered_json(nullptr);
+        entry["row"] = violation.row ? nlohmann::ordered_json(rowNumber(*violation.row)) : nlohmann::ordered_json(nullptr);
         entry["message"] = violation.message;
         array.push_back(std::move(entry));
     }

@@ -8,6 +8,7 @@
 #include "ctl/configuration_input.h"
 #include "fields/settings_diff.h"
 #include "fields/settings_json.h"
+#include "fields/table_rows.h"
 #include "flow/file_flows.h"
 #include "flow/messages.h"
 #include "platform/utf8_path.h"
@@ -167,8 +168,8 @@ int diffCommand(const Arguments& arguments, std::ostream& out, std::ostream& err
     const auto differences = diffSettings(left->settings, right->settings);
     for (const auto& difference : differences) {
         out << difference.field;
-        if (difference.row > 0)
-            out << '[' << difference.row << ']';
+        if (difference.row)
+            out << '[' << rowNumber(*difference.row) << ']';
         out << ": " << difference.left << " -> " << difference.right << '\n';
     }
     return differences.empty() ? kSuccess : kDifferent;

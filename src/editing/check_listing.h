@@ -18,7 +18,7 @@ namespace rm8 {
 struct CheckEntry {
     std::optional<Page> page; // none for the size check, which lives on no page
     std::string field;
-    int row = 0; // 1..8 for a field of a table, 0 for a single field
+    FieldRow row;
     std::string label; // "IN3: Název", or the caption of a single field
     std::string message; // the window's message; for an adjustment "\"30\" -> \"25.5\""
     bool isAdjustment = false;

@@ -1,7 +1,7 @@
 #include "editing/configuration_check.h"
 
+#include "editing/field_clamps.h"
 #include "editing/level_check.h"
-#include "editing/numeric_clamps.h"
 #include "editing/output_cross_check.h"
 #include "editing/phone_rules.h"
 #include "fields/field_catalogue.h"
@@ -25,11 +25,6 @@ std::string textOf(const S& s, std::string_view field, std::size_t row)
     return {};
 }
 
-int displayedRow(const FieldInfo& info, std::size_t row)
-{
-    return info.perRow() ? static_cast<int>(row + 1) : 0;
-}
-
 // The window's own start-up texts (" 0" and " 100" in the level columns) are
 // not what a technician typed, so they are not held against the settings.
 bool isStartupText(const S& s, std::string_view field, std::size_t row)
@@ -44,7 +39,7 @@ void checkFields(const S& s, CheckReport& report)
         if (info.shape != FieldShape::Text && info.shape != FieldShape::TextRow)
             continue;
         const FieldRules* rules = findFieldRules(info.name);
-        if (rules == nullptr || rules->clamps())
+        if (rules == nullptr)
             continue;
         const std::size_t rows = info.perRow() ? kRows : 1;
         for (std::size_t row = 0; row < rows; ++row) {
@@ -53,12 +48,12 @@ void checkFields(const S& s, CheckReport& report)
             const auto other = [&](std::string_view field) { return textOf(s, field, row); };
             if (auto failure = checkFieldText(info.name, textOf(s, info.name, row), other))
                 report.violations.push_back(
-                    {std::string(info.name), displayedRow(info, row), failure->rule, std::move(failure->message)});
+                    {std::string(info.name), rowOfField(info, row), failure->rule, std::move(failure->message)});
         }
     }
 }
 
-void noteChange(CheckReport& report, std::string_view field, int row, const std::string& from, const std::string& to)
+void noteChange(CheckReport& report, std::string_view field, FieldRow row, const std::string& from, const std::string& to)
 {
     if (from != to)
         report.adjustments.push_back({std::string(field), row, from, to});
@@ -66,23 +61,11 @@ void noteChange(CheckReport& report, std::string_view field, int row, const std:
 
 void collectAdjustments(const S& s, CheckReport& report)
 {
-    for (std::size_t row = 0; row < kRows; ++row)
-        noteChange(report, "tabOUTimpulsLEN", static_cast<int>(row + 1), s.tabOUTimpulsLEN[row],
-                   clampImpulseLength(s.tabOUTimpulsLEN[row]));
-
-    // Each interval as if its hour field and then its minute field were left.
-    const std::array<std::array<const std::string S::*, 2>, 2> intervals{{{&S::eePSOnH, &S::eePSOnM},
-                                                                          {&S::eePSOffH, &S::eePSOffM}}};
-    const std::array<std::array<std::string_view, 2>, 2> names{{{"eePSOnH", "eePSOnM"}, {"eePSOffH", "eePSOffM"}}};
-    for (std::size_t k = 0; k < intervals.size(); ++k) {
-        const ScheduleFields before{s.*intervals[k][0], s.*intervals[k][1]};
-        const ScheduleFields after = clampScheduleMinutes(clampScheduleHours(before));
-        noteChange(report, names[k][0], 0, before.hours, after.hours);
-        noteChange(report, names[k][1], 0, before.minutes, after.minutes);
-    }
+    for (auto& change : clampChanges(s))
+        report.adjustments.push_back({std::move(change.field), change.row, std::move(change.from), std::move(change.to)});
 
     for (std::size_t row = 0; row < kRows; ++row)
-        noteChange(report, "tabTC", static_cast<int>(row + 1), s.tabTC[row],
+        noteChange(report, "tabTC", row, s.tabTC[row],
                    normalisePhoneNumber(s.tabTC[row], s.tabUTOEnable, s.tabUTO));
 }
 
@@ -90,12 +73,11 @@ void checkPhoneTable(const S& s, CheckReport& report)
 {
     for (std::size_t row = 0; row < kRows; ++row) {
         const auto outcome = applyPhoneTableRule(s.tabTC[row], s.tabTCPrijem[row], s.tabTCUdalost[row]);
-        const int shown = static_cast<int>(row + 1);
         if (outcome.clearPrijem)
-            report.violations.push_back({"tabTCPrijem", shown, RuleKind::PhoneTable, std::string(kPrijemNeedsNumber)});
+            report.violations.push_back({"tabTCPrijem", row, RuleKind::PhoneTable, std::string(kPrijemNeedsNumber)});
         if (outcome.clearUdalost)
             report.violations.push_back(
-                {"tabTCUdalost", shown, RuleKind::PhoneTable, std::string(kUdalostNeedsNumber)});
+                {"tabTCUdalost", row, RuleKind::PhoneTable, std::string(kUdalostNeedsNumber)});
     }
 }
 
@@ -115,7 +97,7 @@ void checkLevels(const S& s, CheckReport& report)
             continue;
         if (!levelsConsistent(s.tabAINCL1Level[row], s.tabAINHCL1Level[row], s.tabAINCL2Level[row],
                               s.tabAINHCL2Level[row], s.ranges[row]))
-            report.violations.push_back({"tabAINCL1Level", static_cast<int>(row + 1), RuleKind::LevelCheck,
+            report.violations.push_back({"tabAINCL1Level", row, RuleKind::LevelCheck,
                                          std::string(kLevelCheckMessage)});
     }
 }
@@ -127,7 +109,7 @@ std::optional<Violation> sizeCheck(const StationSettings& settings, std::size_t 
     const std::size_t used = usedSize(settings);
     if (used <= eepromSize)
         return std::nullopt;
-    return Violation{"lblInfoPamUsage", 0, RuleKind::SizeCheck,
+    return Violation{"lblInfoPamUsage", std::nullopt, RuleKind::SizeCheck,
                      "Velikost dat v nastavení (" + std::to_string(used)
                          + ") je větší než je možno vložit do EEPROM (" + memorySizeNumberText(eepromSize) + ")."};
 }
@@ -139,7 +121,7 @@ CheckReport checkConfiguration(const StationSettings& settings, std::optional<st
     checkPhoneTable(settings, report);
     checkLevels(settings, report);
     for (auto& conflict : outputCrossCheck(settings))
-        report.violations.push_back({conflict.field, static_cast<int>(conflict.row + 1), RuleKind::OutputCrossCheck,
+        report.violations.push_back({conflict.field, conflict.row, RuleKind::OutputCrossCheck,
                                      std::move(conflict.message)});
     if (eepromSize)
         if (auto violation = sizeCheck(settings, *eepromSize))

@@ -12,20 +12,21 @@
 #include <vector>
 
 #include "editing/field_rules.h"
+#include "fields/table_rows.h"
 #include "settings/station_settings.h"
 
 namespace rm8 {
 
 struct Violation {
     std::string field;
-    int row = 0; // 1..8 for a field of a table, 0 for a single field
+    FieldRow row;
     RuleKind rule;
     std::string message;
 };
 
 struct Adjustment {
     std::string field;
-    int row = 0;
+    FieldRow row;
     std::string from;
     std::string to;
 };

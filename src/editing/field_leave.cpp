@@ -4,8 +4,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "editing/field_clamps.h"
 #include "editing/field_rules.h"
-#include "editing/numeric_clamps.h"
 #include "editing/phone_rules.h"
 
 namespace rm8 {
@@ -25,45 +25,10 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 23> kDialogF
     {"AINCL2Dn", "tabAINCL2Dn"},   {"TC", "tabTC"},
 }};
 
-// The two power-saving intervals, each an hour and a minute field.
-struct SchedulePair {
-    std::string_view hours, minutes;
-    std::string S::*hourMember;
-    std::string S::*minuteMember;
-};
-const std::array<SchedulePair, 2> kSchedule{{
-    {"eePSOnH", "eePSOnM", &S::eePSOnH, &S::eePSOnM},
-    {"eePSOffH", "eePSOffM", &S::eePSOffH, &S::eePSOffM},
-}};
-
 std::string textOf(const S& s, std::string_view field, std::size_t row)
 {
     const FieldInfo* info = findField(recordFieldOf(field));
     return info == nullptr ? std::string() : std::string(info->textIn(s, row));
-}
-
-// The schedule fields are clamped as a pair: the hours may take what the
-// minutes carry, and a period of no hours keeps at least five minutes.
-bool clampSchedule(const S& s, std::string_view field, std::string_view typed, LeaveOutcome& out)
-{
-    for (const auto& pair : kSchedule) {
-        const bool hours = field == pair.hours;
-        if (!hours && field != pair.minutes)
-            continue;
-        ScheduleFields fields{s.*pair.hourMember, s.*pair.minuteMember};
-        (hours ? fields.hours : fields.minutes) = std::string(typed);
-        fields = hours ? clampScheduleHours(fields) : clampScheduleMinutes(fields);
-        out.text = hours ? fields.hours : fields.minutes;
-        const std::string& partner = hours ? fields.minutes : fields.hours;
-        if (partner != s.*(hours ? pair.minuteMember : pair.hourMember))
-            out.changes.push_back({std::string(hours ? pair.minutes : pair.hours), 0, partner, std::nullopt});
-        return true;
-    }
-    if (recordFieldOf(field) == "tabOUTimpulsLEN") {
-        out.text = clampImpulseLength(typed);
-        return true;
-    }
-    return false;
 }
 
 void acceptPhoneNumber(const S& s, std::string_view field, std::size_t row, LeaveOutcome& out)
@@ -81,7 +46,7 @@ void acceptPhoneNumber(const S& s, std::string_view field, std::size_t row, Leav
 
 void acceptBatteryText(const S& s, std::string_view typed, LeaveOutcome& out)
 {
-    if (auto mirror = batteryMirror("rtBattLow", 0, typed); mirror && s.tabAINCL1Dn[kBatteryRow] != typed)
+    if (auto mirror = batteryMirror("rtBattLow", std::nullopt, typed); mirror && s.tabAINCL1Dn[kBatteryRow] != typed)
         out.changes.push_back(std::move(*mirror));
     if (!typed.empty() && !s.tabAINCL1DnEvent[kBatteryRow])
         out.changes.push_back({"tabAINCL1DnEvent", kBatteryRow, true, std::nullopt});
@@ -97,15 +62,19 @@ std::string_view recordFieldOf(std::string_view field)
     return field;
 }
 
-LeaveOutcome leaveField(const S& s, std::string_view field, std::size_t row, std::string_view typed)
+LeaveOutcome leaveField(const S& s, std::string_view field, FieldRow fieldRow, std::string_view typed)
 {
+    // A single field ignores the row it is read at.
+    const std::size_t row = fieldRow.value_or(0);
     LeaveOutcome out;
     out.text = std::string(typed);
     if (recordFieldOf(field) == field)
         if (const FieldInfo* info = findField(field))
             out.page = info->pageOfRow(row);
 
-    if (clampSchedule(s, field, typed, out)) {
+    if (auto clamped = clampOnLeave(s, recordFieldOf(field), typed)) {
+        out.text = std::move(clamped->text);
+        out.changes = std::move(clamped->changes);
         out.verdict = out.text == typed ? LeaveVerdict::Accept : LeaveVerdict::Replace;
         return out;
     }
@@ -137,19 +106,19 @@ std::vector<FieldChange> phoneTableRule(const S& s, std::size_t row)
     return changes;
 }
 
-std::optional<FieldChange> batteryMirror(std::string_view field, std::size_t row, std::string_view text)
+std::optional<FieldChange> batteryMirror(std::string_view field, FieldRow row, std::string_view text)
 {
     if (field == "rtBattLow")
         return FieldChange{"tabAINCL1Dn", kBatteryRow, std::string(text), std::nullopt};
     if (field == "tabAINCL1Dn" && row == kBatteryRow)
-        return FieldChange{"rtBattLow", 0, std::string(text), std::nullopt};
+        return FieldChange{"rtBattLow", std::nullopt, std::string(text), std::nullopt};
     return std::nullopt;
 }
 
 void applyChange(S& s, const FieldChange& change)
 {
     const FieldInfo* info = findField(recordFieldOf(change.field));
-    if (info == nullptr || change.row >= kRows)
+    if (info == nullptr || (info->perRow() && !(change.row && *change.row < kRows)))
         return;
     std::visit(
         [&](auto member) {
@@ -162,10 +131,10 @@ void applyChange(S& s, const FieldChange& change)
                     s.*member = *on;
             } else if constexpr (std::is_same_v<Value, Row8<std::string>>) {
                 if (const auto* text = std::get_if<std::string>(&change.value))
-                    (s.*member)[change.row] = *text;
+                    (s.*member)[*change.row] = *text;
             } else if constexpr (std::is_same_v<Value, Row8<bool>>) {
                 if (const auto* on = std::get_if<bool>(&change.value))
-                    (s.*member)[change.row] = *on;
+                    (s.*member)[*change.row] = *on;
             }
         },
         info->member);

@@ -13,7 +13,7 @@
 // values in a copy of the record (see row_model.h) and names the row.
 //
 // Accepting a non-empty battery text rtBattLow also switches on the battery
-// row's falling-level-1 event, tabAINCL1DnEvent(7), since that event is the
+// row's falling-level-1 event, tabAINCL1DnEvent(kBatteryRow), since that event is the
 // one that sends this text.
 
 #include <cstddef>
@@ -24,6 +24,7 @@
 #include <vector>
 
 #include "fields/field_catalogue.h"
+#include "fields/table_rows.h"
 #include "flow/interaction.h"
 #include "settings/station_settings.h"
 
@@ -41,7 +42,7 @@ struct Notice {
 // Another field set as a consequence, with the message shown for it, if any.
 struct FieldChange {
     std::string field;
-    std::size_t row = 0; // 0 for a single field
+    FieldRow row;
     std::variant<std::string, bool> value;
     std::optional<Notice> notice;
 
@@ -57,7 +58,7 @@ struct LeaveOutcome {
 };
 
 // settings: the current values, with the typed text in place.
-LeaveOutcome leaveField(const StationSettings& settings, std::string_view field, std::size_t row,
+LeaveOutcome leaveField(const StationSettings& settings, std::string_view field, FieldRow row,
                         std::string_view typed);
 
 // A click on tabTCPrijem(row) or tabTCUdalost(row), and the end of the phone
@@ -66,7 +67,7 @@ std::vector<FieldChange> phoneTableRule(const StationSettings& settings, std::si
 
 // The battery text lives in two fields that are kept equal: typing into one
 // gives this change for the other; nothing for any other field or row.
-std::optional<FieldChange> batteryMirror(std::string_view field, std::size_t row, std::string_view text);
+std::optional<FieldChange> batteryMirror(std::string_view field, FieldRow row, std::string_view text);
 
 // Writes a change into the record.
 void applyChange(StationSettings& settings, const FieldChange& change);

@@ -100,14 +100,6 @@ std::vector<FieldRules> buildTable()
     add("tabPIN", {{CharacterSet, kDigits, "PIN je špatně zadán."}});
     add("tabDobaPlatnostiSMS",
         {{SmsValidity, "", "Doba platnosti SMS zprávy je špatně zadána. Povolená hodnota je číslo 1 až 30 včetně."}});
-
-    // Clamped fields
-    add("tabOUTimpulsLEN", {{ClampImpulseLength, "", ""}});
-    add("OUTimpulsLEN", {{ClampImpulseLength, "", ""}});
-    add("eePSOnH", {{ClampHours, "eePSOnM", ""}});
-    add("eePSOffH", {{ClampHours, "eePSOffM", ""}});
-    add("eePSOnM", {{ClampMinutes, "eePSOnH", ""}});
-    add("eePSOffM", {{ClampMinutes, "eePSOffH", ""}});
     return table;
 }
 
@@ -141,9 +133,13 @@ bool passes(const Rule& rule, std::string_view text, const OtherFieldText& other
         return text.empty() || !equalIgnoringCase(text, other(rule.argument));
     case SmsValidity:
         return smsValidityAccepted(text);
-    default:
-        return true;
+    case LevelCheck:
+    case OutputCrossCheck:
+    case PhoneTable:
+    case SizeCheck:
+        break; // rules of the whole configuration, which no field's row holds
     }
+    return true;
 }
 
 } // namespace
@@ -157,23 +153,12 @@ std::string_view ruleName(RuleKind rule)
     case PrefixConflict: return "prefix";
     case EqualConflict: return "equality";
     case SmsValidity: return "sms-validity";
-    case ClampImpulseLength: return "clamp-impulse-length";
-    case ClampHours: return "clamp-hours";
-    case ClampMinutes: return "clamp-minutes";
     case LevelCheck: return "level-check";
     case OutputCrossCheck: return "output-cross-check";
     case PhoneTable: return "phone-table";
     case SizeCheck: return "size-check";
     }
     return "unknown";
-}
-
-bool FieldRules::clamps() const
-{
-    for (const auto& rule : rules)
-        if (rule.kind == ClampImpulseLength || rule.kind == ClampHours || rule.kind == ClampMinutes)
-            return true;
-    return false;
 }
 
 std::span<const FieldRules> fieldRuleTable()

@@ -20,10 +20,6 @@ enum class RuleKind {
     PrefixConflict, // neither this nor the argument field may begin the other
     EqualConflict,  // must not equal the argument field (case ignored)
     SmsValidity,    // whole days 1..30
-    // Clamped on leaving, never refused:
-    ClampImpulseLength,
-    ClampHours,   // the argument names the minute field of the pair
-    ClampMinutes, // the argument names the hour field of the pair
     // Rules of the whole configuration:
     LevelCheck,
     OutputCrossCheck,
@@ -42,8 +38,6 @@ struct Rule {
 struct FieldRules {
     std::string_view field;
     std::vector<Rule> rules;
-
-    bool clamps() const;
 };
 
 std::span<const FieldRules> fieldRuleTable();
@@ -57,8 +51,9 @@ struct RuleFailure {
 // The text of another field of the same row (or of the same dialog).
 using OtherFieldText = std::function<std::string(std::string_view field)>;
 
-// Applies the field's rules to a text, as on leaving the field. Clamps never
-// fail; a field without rules always passes.
+// Applies the field's rules to a text, as on leaving the field. A field
+// without rules always passes; the clamped fields have none (see
+// field_clamps.h).
 std::optional<RuleFailure> checkFieldText(std::string_view field, std::string_view text,
                                           const OtherFieldText& other);
 

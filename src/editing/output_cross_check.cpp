@@ -3,8 +3,8 @@
 #include <array>
 #include <string_view>
 
-#include "editing/row_labels.h"
 #include "editing/text_compare.h"
+#include "fields/table_rows.h"
 
 namespace rm8 {
 namespace {

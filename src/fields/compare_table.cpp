@@ -47,9 +47,9 @@ std::vector<CompareRow> compareTable(const StationSettings& window, const Statio
         if (info == nullptr)
             continue;
         const std::size_t index = static_cast<std::size_t>(info - catalogue.data());
-        const std::size_t row = difference.row > 0 ? static_cast<std::size_t>(difference.row - 1) : 0;
+        const std::size_t row = difference.row.value_or(0);
         rows.push_back({ index,
-            { difference.row > 0 ? info->pageOfRow(row) : info->page, std::string(info->name), difference.row,
+            { difference.row ? info->pageOfRow(row) : info->page, std::string(info->name), difference.row,
                 tableRowLabel(info->name, difference.row), std::string(fieldCaption(info->name)),
                 shownValue(*info, window, row), shownValue(*info, other, row) } });
     }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "fields/field_catalogue.h"
+#include "fields/table_rows.h"
 #include "settings/station_settings.h"
 
 namespace rm8 {
@@ -15,7 +16,7 @@ namespace rm8 {
 struct CompareRow {
     Page page;
     std::string field;
-    int row = 0; // 1..8 for a field of a table, 0 for a single field
+    FieldRow row;
     std::string rowLabel; // "IN3", "BAT"; empty for a single field
     std::string caption; // the field's label or column heading
     std::string windowValue; // a text as it stands, a check box "ano" or "ne", a byte as a number

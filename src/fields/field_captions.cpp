@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-#include "editing/row_labels.h"
+#include "fields/table_rows.h"
 
 namespace rm8 {
 namespace {
@@ -90,28 +90,10 @@ constexpr std::array kCaptions = {
 constexpr std::array<std::string_view, 7> kPageCaptions { "Všeobecné", "SMS zprávy", "Dig. vstupy", "Dig. výstupy",
     "Analog. vstupy 1-4", "Analog. vstupy 5-8", "Tel. čísla" };
 
-bool isTableRow(const FieldInfo* info, int row)
+// A row given for a single field, or beyond the table, names no row.
+FieldRow tableRowOf(const FieldInfo* info, FieldRow row)
 {
-    return info != nullptr && info->perRow() && row >= 1 && row <= static_cast<int>(kRows);
-}
-
-std::optional<RowTable> tableOf(Page page)
-{
-    switch (page) {
-    case Page::DigitalInputs:
-        return RowTable::Inputs;
-    case Page::Outputs:
-        return RowTable::Outputs;
-    case Page::Analog1To4:
-    case Page::Analog5To8:
-        return RowTable::Analog;
-    case Page::Phones:
-        return RowTable::Phones;
-    case Page::General:
-    case Page::Sms:
-        break;
-    }
-    return std::nullopt;
+    return info != nullptr && info->perRow() && row && *row < kRows ? row : std::nullopt;
 }
 
 } // namespace
@@ -130,24 +112,26 @@ std::string_view pageCaption(Page page)
     return index < kPageCaptions.size() ? kPageCaptions[index] : std::string_view {};
 }
 
-std::optional<Page> fieldPage(std::string_view field, int row)
+std::optional<Page> fieldPage(std::string_view field, FieldRow row)
 {
     const FieldInfo* info = findField(field);
     if (info == nullptr)
         return std::nullopt;
-    return isTableRow(info, row) ? info->pageOfRow(static_cast<std::size_t>(row - 1)) : info->page;
+    const FieldRow tableRow = tableRowOf(info, row);
+    return tableRow ? info->pageOfRow(*tableRow) : info->page;
 }
 
-std::string tableRowLabel(std::string_view field, int row)
+std::string tableRowLabel(std::string_view field, FieldRow row)
 {
     const FieldInfo* info = findField(field);
-    if (!isTableRow(info, row))
+    const FieldRow tableRow = tableRowOf(info, row);
+    if (!tableRow)
         return {};
-    const auto table = tableOf(info->page);
-    return table ? rowLabel(*table, static_cast<std::size_t>(row - 1)) : std::string {};
+    const auto table = rowTableOf(info->page);
+    return table ? rowLabel(*table, *tableRow) : std::string {};
 }
 
-std::string fieldLabel(std::string_view field, int row)
+std::string fieldLabel(std::string_view field, FieldRow row)
 {
     std::string_view caption = fieldCaption(field);
     if (caption.empty())

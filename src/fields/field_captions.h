@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "fields/field_catalogue.h"
+#include "fields/table_rows.h"
 
 namespace rm8 {
 
@@ -19,16 +20,16 @@ std::string_view fieldCaption(std::string_view field);
 // The caption of a tab page ("Dig. vstupy").
 std::string_view pageCaption(Page page);
 
-// The page that holds a field of row 1..8 (0 for a single field); none for
-// a name that lives on no page, such as the memory-size display.
-std::optional<Page> fieldPage(std::string_view field, int row);
+// The page that holds a field of a row; none for a name that lives on no
+// page, such as the memory-size display.
+std::optional<Page> fieldPage(std::string_view field, FieldRow row);
 
 // The row's label before the caption for a field of a table ("IN3: Název"),
 // the caption alone for a single field.
-std::string fieldLabel(std::string_view field, int row);
+std::string fieldLabel(std::string_view field, FieldRow row);
 
-// The label of row 1..8 of the table that holds a field ("IN3", "BAT");
+// The label of the row of the table that holds a field ("IN3", "BAT");
 // empty for a single field.
-std::string tableRowLabel(std::string_view field, int row);
+std::string tableRowLabel(std::string_view field, FieldRow row);
 
 } // namespace rm8

@@ -25,12 +25,12 @@ std::vector<FieldDifference> diffSettings(const StationSettings& left, const Sta
         const auto& vb = b.at(std::string(field.name));
         if (!field.perRow()) {
             if (va != vb)
-                differences.push_back({field.name, 0, shown(va), shown(vb)});
+                differences.push_back({field.name, std::nullopt, shown(va), shown(vb)});
             continue;
         }
         for (std::size_t i = 0; i < kRows; ++i)
             if (va[i] != vb[i])
-                differences.push_back({field.name, static_cast<int>(i + 1), shown(va[i]), shown(vb[i])});
+                differences.push_back({field.name, i, shown(va[i]), shown(vb[i])});
     }
     return differences;
 }

@@ -5,13 +5,14 @@
 #include <string_view>
 #include <vector>
 
+#include "fields/table_rows.h"
 #include "settings/station_settings.h"
 
 namespace rm8 {
 
 struct FieldDifference {
     std::string_view field;
-    int row = 0; // 1..8 for a field of a table, 0 for a single field
+    FieldRow row;
     std::string left;  // the values as they appear in the JSON form
     std::string right;
 };

@@ -1,7 +1,7 @@
 #include "report/report_content.h"
 
 #include "common/file_names.h"
-#include "editing/row_labels.h"
+#include "fields/table_rows.h"
 
 namespace rm8::report {
 namespace {

@@ -17,9 +17,7 @@ void ComparisonWindow::build()
     auto* layout = new QVBoxLayout(dialog_);
     auto* view = new ui::CompareView;
     layout->addWidget(view);
-    // The table counts rows from 1, as the technician reads them.
-    QObject::connect(view, &ui::CompareView::entryActivated, &window_,
-        [this](const QString& field, int row) { window_.revealField(field, row - 1); });
+    QObject::connect(view, &ui::CompareView::entryActivated, &window_, &ui::MainWindow::revealField);
     dialog_->resize(760, 420);
     view_ = view;
 }

@@ -19,6 +19,7 @@
 #include "shell/report_printer.h"
 #include "ui/analog_dialog.h"
 #include "ui/check_panel.h"
+#include "ui/field_names.h"
 #include "ui/input_dialog.h"
 #include "ui/main_window.h"
 #include "ui/output_dialog.h"
@@ -220,9 +221,10 @@ void MainController::compareWithStation()
 
 void MainController::editRow(RowTable table, int row)
 {
-    if (row < 0 || row >= static_cast<int>(kRows))
+    const FieldRow tableRow = ui::fieldRowOf(row);
+    if (!tableRow || *tableRow >= kRows)
         return;
-    const auto index = static_cast<std::size_t>(row);
+    const std::size_t index = *tableRow;
     StationSettings settings = window_.currentSettings();
     bool confirmed = false;
     switch (table) {

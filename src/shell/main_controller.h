@@ -16,7 +16,7 @@
 #include <QObject>
 #include <QString>
 
-#include "editing/row_labels.h"
+#include "fields/table_rows.h"
 #include "flow/interaction.h"
 #include "link/port_map.h"
 #include "link/serial_line.h"

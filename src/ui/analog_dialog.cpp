@@ -8,8 +8,8 @@
 #include <QVBoxLayout>
 
 #include "editing/level_check.h"
-#include "editing/row_labels.h"
 #include "editing/row_model.h"
+#include "fields/table_rows.h"
 #include "ui/leave_watch.h"
 #include "ui/level_graph.h"
 #include "ui/notice_box.h"

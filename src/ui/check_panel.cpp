@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+#include "ui/field_names.h"
+
 namespace rm8::ui {
 namespace {
 
@@ -88,7 +90,7 @@ void CheckPanel::setEntries(const std::vector<CheckEntry>& entries)
             item->setToolTip(0, qs(entry.label));
             item->setToolTip(1, message);
             item->setData(0, kFieldRole, qs(entry.field));
-            item->setData(0, kRowRole, entry.row);
+            item->setData(0, kRowRole, windowRowOf(entry.row));
             if (adjustments) {
                 item->setForeground(0, quiet);
                 item->setForeground(1, quiet);

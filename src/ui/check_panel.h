@@ -36,7 +36,7 @@ public:
 
 signals:
     // field: the catalogue name ("tabINPNazev"), or "lblInfoPamUsage" for the
-    // size check; row: 1..8 for a field of a table, 0 for a single field.
+    // size check; row: 0..7 for a field of a table, -1 for a single field.
     void entryActivated(const QString& field, int row);
 
 private:

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "fields/field_captions.h"
+#include "ui/field_names.h"
 
 namespace rm8::ui {
 namespace {
@@ -63,7 +64,7 @@ void CompareView::setRows(const std::vector<CompareRow>& rows, const QString& ot
     for (const auto& row : rows) {
         auto* page = cell(qs(pageCaption(row.page)));
         page->setData(kFieldRole, qs(row.field));
-        page->setData(kRowRole, row.row);
+        page->setData(kRowRole, windowRowOf(row.row));
         table_->setItem(at, 0, page);
         table_->setItem(at, 1, cell(qs(row.rowLabel)));
         table_->setItem(at, 2, cell(qs(row.caption)));

@@ -30,7 +30,7 @@ public:
     QString summary() const;
 
 signals:
-    // As CheckPanel::entryActivated: the field's name and its row 1..8, or 0.
+    // As CheckPanel::entryActivated: the field's name and its row 0..7, or -1.
     void entryActivated(const QString& field, int row);
 
 private:

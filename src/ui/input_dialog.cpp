@@ -7,8 +7,8 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
-#include "editing/row_labels.h"
 #include "editing/row_model.h"
+#include "fields/table_rows.h"
 
 namespace rm8::ui {
 namespace {

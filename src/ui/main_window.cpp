@@ -128,7 +128,7 @@ MainWindow::~MainWindow() = default;
 
 QWidget* MainWindow::field(const QString& name, int row) const
 {
-    return named_.value(row < 0 ? name : rowName(name, row), nullptr);
+    return named_.value(fieldName(name, row), nullptr);
 }
 
 void MainWindow::fillTables()
@@ -373,7 +373,7 @@ void MainWindow::onFieldTextChanged(const char* name, int row, const QString& te
     if (loading_)
         return;
     if (name != nullptr && !mirroring_) {
-        if (auto mirror = batteryMirror(name, row < 0 ? 0 : static_cast<std::size_t>(row), text.toStdString())) {
+        if (auto mirror = batteryMirror(name, fieldRowOf(row), text.toStdString())) {
             mirroring_ = true;
             setFieldValue(*mirror);
             mirroring_ = false;
@@ -409,7 +409,7 @@ void MainWindow::watchField(QLineEdit* edit, const char* name, int row)
 std::optional<Notice> MainWindow::judgeField(const char* name, int row, QLineEdit* edit)
 {
     const LeaveOutcome outcome
-        = leaveField(currentSettings(), name, row < 0 ? 0 : static_cast<std::size_t>(row), edit->text().toStdString());
+        = leaveField(currentSettings(), name, fieldRowOf(row), edit->text().toStdString());
     if (outcome.verdict == LeaveVerdict::Refuse) {
         refusedPage_ = outcome.page;
         return outcome.refusal;
@@ -425,7 +425,7 @@ void MainWindow::setFieldValue(const FieldChange& change)
     const FieldInfo* info = findField(change.field);
     if (info == nullptr)
         return;
-    QWidget* widget = field(QString::fromStdString(change.field), info->perRow() ? static_cast<int>(change.row) : -1);
+    QWidget* widget = field(QString::fromStdString(change.field), windowRowOf(change.row));
     if (widget == nullptr) {
         applyChange(record_, change);
         return;
@@ -467,7 +467,7 @@ bool MainWindow::revealField(const QString& name, int row)
     if (widget == nullptr)
         return false;
     field<QTabWidget>(QStringLiteral("TabList"))
-        ->setCurrentIndex(static_cast<int>(info->pageOfRow(row < 0 ? 0 : static_cast<std::size_t>(row))));
+        ->setCurrentIndex(static_cast<int>(info->pageOfRow(fieldRowOf(row).value_or(0))));
     widget->setFocus(Qt::OtherFocusReason);
     if (auto* edit = qobject_cast<QLineEdit*>(widget))
         edit->selectAll();

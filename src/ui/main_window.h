@@ -19,7 +19,7 @@
 
 #include "editing/check_listing.h"
 #include "editing/field_leave.h"
-#include "editing/row_labels.h"
+#include "fields/table_rows.h"
 #include "link/session.h"
 #include "settings/station_settings.h"
 #include "ui/window_command.h"

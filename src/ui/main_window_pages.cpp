@@ -100,13 +100,13 @@ QLineEdit* MainWindow::textField(const char* name, int row)
 {
     const FieldInfo* info = findField(name);
     assert(info && (info->shape == FieldShape::Text || info->shape == FieldShape::TextRow));
-    const QString objectName = row < 0 ? u8(name) : rowName(u8(name), row);
+    const QString objectName = fieldName(u8(name), row);
     auto* edit = named(new QLineEdit, objectName);
     const int limit = info->maxLength;
     if (limit > 0)
         edit->setMaxLength(limit);
     // The start-up text is the start-up record's, which record_ still is.
-    const std::string_view startup = info->textIn(record_, row < 0 ? 0 : static_cast<std::size_t>(row));
+    const std::string_view startup = info->textIn(record_, fieldRowOf(row).value_or(0));
     edit->setText(QString::fromUtf8(startup.data(), static_cast<qsizetype>(startup.size())));
     if (limit > 0 && limit <= 50) {
         // Numbers: as wide as the longest entry, phone numbers at least as
@@ -134,7 +134,7 @@ QCheckBox* MainWindow::checkField(const char* name, int row, const QString& capt
     const FieldInfo* info = findField(name);
     assert(info && (info->shape == FieldShape::CheckBox || info->shape == FieldShape::CheckRow));
     (void)info;
-    auto* box = named(new QCheckBox(caption), row < 0 ? u8(name) : rowName(u8(name), row));
+    auto* box = named(new QCheckBox(caption), fieldName(u8(name), row));
     connect(box, &QCheckBox::toggled, this, [this] {
         if (!loading_)
             emit settingsEdited();
@@ -160,8 +160,7 @@ void MainWindow::buildWindow()
     // the pages keep their height at 1024x768.
     checkPanel_ = named(new CheckPanel, QStringLiteral("frmKontrola"));
     checkPanel_->setExpanded(false);
-    connect(checkPanel_, &CheckPanel::entryActivated, this,
-        [this](const QString& name, int row) { revealField(name, row - 1); });
+    connect(checkPanel_, &CheckPanel::entryActivated, this, &MainWindow::revealField);
     layout->addWidget(checkPanel_);
 
     auto* panels = new QHBoxLayout;

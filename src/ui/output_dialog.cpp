@@ -8,8 +8,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "editing/row_labels.h"
 #include "editing/row_model.h"
+#include "fields/table_rows.h"
 
 namespace rm8::ui {
 namespace {

@@ -41,7 +41,7 @@ TEST(CheckListing, SeededConfigurationListsViolationsInReportOrderThenAdjustment
     for (const auto& e : listCheckReport(checkConfiguration(*settings, 448)))
         listed += std::string(e.isAdjustment ? "úprava" : "chyba") + "\t"
             + (e.page ? std::string(pageCaption(*e.page)) : "-") + "\t" + e.label + "\t" + e.field
-            + (e.row > 0 ? "[" + std::to_string(e.row) + "]" : "") + "\t" + e.message + "\n";
+            + (e.row ? "[" + std::to_string(rowNumber(*e.row)) + "]" : "") + "\t" + e.message + "\n";
     EXPECT_EQ(listed, fileText("seeded.listing.tsv"));
 }
 

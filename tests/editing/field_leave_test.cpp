@@ -42,7 +42,7 @@ TEST(LeaveField, SetsWhatFollowsFromTheText)
          {{"tabAINCL1Dn", 7, std::string("Bat"), std::nullopt}}},
         {"an empty battery text leaves the event alone", "rtBattLow", 0, "", [](StationSettings&) {}, "", {}},
         {"minutes carry whole hours into their partner", "eePSOffM", 0, "125",
-         [](StationSettings& s) { s.eePSOffH = "2"; }, "5", {{"eePSOffH", 0, std::string("4"), std::nullopt}}},
+         [](StationSettings& s) { s.eePSOffH = "2"; }, "5", {{"eePSOffH", std::nullopt, std::string("4"), std::nullopt}}},
         {"a refused text changes nothing else", "tabTC", 1, "06abc",
          [](StationSettings& s) { s.tabTCPrijem[1] = true; }, "06abc", {}},
     };
@@ -61,14 +61,14 @@ TEST(LeaveField, NamesThePageOfMainWindowFieldsOnly)
     const StationSettings s;
     EXPECT_EQ(leaveField(s, "tabAINNazev", 5, "x").page, Page::Analog5To8);
     EXPECT_EQ(leaveField(s, "tabAINNazev", 3, "x").page, Page::Analog1To4);
-    EXPECT_EQ(leaveField(s, "tabPIN", 0, "12a4").page, Page::General);
+    EXPECT_EQ(leaveField(s, "tabPIN", std::nullopt, "12a4").page, Page::General);
     EXPECT_EQ(leaveField(s, "AINNazev", 5, "x").page, std::nullopt);
 }
 
 TEST(LeaveField, MirrorsTheBatteryTextBothWays)
 {
-    EXPECT_EQ(batteryMirror("rtBattLow", 0, "Ba"), (FieldChange{"tabAINCL1Dn", 7, std::string("Ba"), std::nullopt}));
-    EXPECT_EQ(batteryMirror("tabAINCL1Dn", 7, "B"), (FieldChange{"rtBattLow", 0, std::string("B"), std::nullopt}));
+    EXPECT_EQ(batteryMirror("rtBattLow", std::nullopt, "Ba"), (FieldChange{"tabAINCL1Dn", 7, std::string("Ba"), std::nullopt}));
+    EXPECT_EQ(batteryMirror("tabAINCL1Dn", 7, "B"), (FieldChange{"rtBattLow", std::nullopt, std::string("B"), std::nullopt}));
     EXPECT_EQ(batteryMirror("tabAINCL1Dn", 6, "B"), std::nullopt);
     EXPECT_EQ(batteryMirror("tabAINCL1Up", 7, "B"), std::nullopt);
 }

@@ -16,8 +16,8 @@
 #include "editing/field_rules.h"
 #include "editing/numeric_clamps.h"
 #include "editing/phone_rules.h"
-#include "editing/row_labels.h"
 #include "editing/text_compare.h"
+#include "fields/table_rows.h"
 #include "support/test_data.h"
 
 namespace rm8 {

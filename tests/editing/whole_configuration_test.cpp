@@ -16,9 +16,9 @@
 namespace rm8 {
 namespace {
 
-std::string place(const std::string& field, int row)
+std::string place(const std::string& field, FieldRow row)
 {
-    return row > 0 ? field + "[" + std::to_string(row) + "]" : field;
+    return row ? field + "[" + std::to_string(rowNumber(*row)) + "]" : field;
 }
 
 // Violations as "field[row] rule: message", then what leaving the clamped
@@ -56,7 +56,7 @@ TEST(WholeConfiguration, EveryCaseReportsExactlyItsExpectedLines)
         const CheckReport report = checkConfiguration(*settings, eepromSize);
         EXPECT_EQ(reportText(report), std::string(expected.begin(), expected.end()));
     }
-    EXPECT_EQ(cases, 9);
+    EXPECT_EQ(cases, 10);
 }
 
 } // namespace

@@ -36,8 +36,8 @@ private slots:
         panel.show();
         QVERIFY(QTest::qWaitForWindowExposed(&panel));
         QCOMPARE(panel.title(), QStringLiteral("Kontrola nastavení: bez chyb"));
-        panel.setEntries({ { rm8::Page::Phones, "tabTC", 2, "T2: Telefonní číslo", "\"0601\" -> \"+420601\"", true },
-            { rm8::Page::Outputs, "tabOUTNazev", 3, "OUT3: Název", "Název výstupu ...", false } });
+        panel.setEntries({ { rm8::Page::Phones, "tabTC", 1, "T2: Telefonní číslo", "\"0601\" -> \"+420601\"", true },
+            { rm8::Page::Outputs, "tabOUTNazev", 2, "OUT3: Název", "Název výstupu ...", false } });
         QCOMPARE(panel.title(), QStringLiteral("Kontrola nastavení: 1 chyba"));
 
         auto* list = panel.findChild<QTreeWidget*>(QStringLiteral("lstKontrola"));
@@ -47,7 +47,7 @@ private slots:
         doubleClickRow(list, 0);
         QCOMPARE(activated.count(), 1);
         QCOMPARE(activated.at(0).at(0).toString(), QStringLiteral("tabOUTNazev"));
-        QCOMPARE(activated.at(0).at(1).toInt(), 3);
+        QCOMPARE(activated.at(0).at(1).toInt(), 2);
 
         QTest::mouseClick(panel.findChild<QToolButton*>(QStringLiteral("btKontrola")), Qt::LeftButton);
         QVERIFY(!panel.isExpanded());
@@ -59,8 +59,8 @@ private slots:
         CompareView view;
         view.show();
         QVERIFY(QTest::qWaitForWindowExposed(&view));
-        view.setRows({ { rm8::Page::General, "tabPIN", 0, "", "PIN SIM karty", "1234", "" },
-                         { rm8::Page::Analog5To8, "tabAINNeg", 8, "BAT", "Negace", "ne", "ano" } },
+        view.setRows({ { rm8::Page::General, "tabPIN", std::nullopt, "", "PIN SIM karty", "1234", "" },
+                         { rm8::Page::Analog5To8, "tabAINNeg", 7, "BAT", "Negace", "ne", "ano" } },
             QStringLiteral("Ve stanici"));
         QCOMPARE(view.summary(), QStringLiteral("Počet rozdílných polí: 2"));
         auto* table = view.findChild<QTableWidget*>(QStringLiteral("tabPorovnani"));
@@ -70,7 +70,7 @@ private slots:
         doubleClickRow(table, 1);
         QCOMPARE(activated.count(), 1);
         QCOMPARE(activated.at(0).at(0).toString(), QStringLiteral("tabAINNeg"));
-        QCOMPARE(activated.at(0).at(1).toInt(), 8);
+        QCOMPARE(activated.at(0).at(1).toInt(), 7);
     }
 };
 
