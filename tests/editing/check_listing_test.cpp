@@ -73,5 +73,32 @@ TEST(FieldCaptions, EveryFieldOfTheCatalogueHasOne)
         EXPECT_FALSE(fieldCaption(field.name).empty()) << field.name;
 }
 
+// A row names a table's row only for a field of a table and within its
+// eight rows; otherwise the label is the caption alone.
+TEST(FieldCaptions, LabelAndPageFollowTheRow)
+{
+    struct Case {
+        std::string_view field;
+        FieldRow row;
+        std::string label;
+        std::optional<Page> page;
+    };
+    const Case cases[] = {
+        { "tabINPNazev", 2, "IN3: Název", Page::DigitalInputs },
+        { "tabAINCL1Level", kBatteryRow, "BAT: CL1", Page::Analog5To8 },
+        { "tabAINNazev", 3, "AIN4: Název", Page::Analog1To4 },
+        { "tabAINNazev", kRows, "Název", Page::Analog1To4 },
+        { "tabAINNazev", std::nullopt, "Název", Page::Analog1To4 },
+        { "tabPIN", std::nullopt, "PIN SIM karty", Page::General },
+        { "tabPIN", 3, "PIN SIM karty", Page::General },
+        { "lblInfoPamUsage", std::nullopt, "Velikost nastavení", std::nullopt },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.field));
+        EXPECT_EQ(fieldLabel(c.field, c.row), c.label);
+        EXPECT_EQ(fieldPage(c.field, c.row), c.page);
+    }
+}
+
 } // namespace
 } // namespace rm8
