@@ -6,17 +6,23 @@
 #include <QEvent>
 #include <QFile>
 #include <QFileDialog>
+#include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
+#include <QUndoStack>
 
 #include "editing/check_listing.h"
 #include "editing/configuration_check.h"
 #include "editing/field_leave.h"
+#include "fields/settings_json.h"
+#include "flow/messages.h"
 #include "report/report_content.h"
 #include "serial/qt_serial_line.h"
 #include "shell/about_dialog.h"
 #include "shell/application_info.h"
 #include "shell/port_settings_dialog.h"
 #include "shell/report_printer.h"
+#include "shell/settings_command.h"
 #include "ui/analog_dialog.h"
 #include "ui/check_panel.h"
 #include "ui/field_names.h"
@@ -26,6 +32,7 @@
 #include "ui/phone_dialog.h"
 #include "workbench/connection_look.h"
 #include "workbench/exit_guard.h"
+#include "workbench/settings_step.h"
 
 namespace rm8::shell {
 namespace {
@@ -37,6 +44,19 @@ std::filesystem::path toPath(const QString& path)
 #else
     return std::filesystem::path(QFile::encodeName(path).toStdString());
 #endif
+}
+
+// Beyond any settings file: not read into memory.
+constexpr qint64 kMaxJsonBytes = 1 << 20;
+
+bool isJsonFile(const QString& path)
+{
+    return QFileInfo(path).suffix().compare(QStringLiteral("json"), Qt::CaseInsensitive) == 0;
+}
+
+QString missingFileQuestion(const QString& path)
+{
+    return QStringLiteral("Soubor '%1' už neexistuje. Odebrat ho ze seznamu nedávných souborů?").arg(path);
 }
 
 } // namespace
@@ -90,6 +110,8 @@ MainController::MainController(ui::MainWindow& window, Interaction& ui, Options 
               return device ? makeLine_(*device) : nullptr;
           })
     , comparison_(window)
+    , history_(new QUndoStack(this))
+    , recent_(options.store)
 {
     // The fields show a decoded configuration before its success message
     // does, and from the first page.
@@ -100,6 +122,12 @@ MainController::MainController(ui::MainWindow& window, Interaction& ui, Options 
     connect(&window_, &ui::MainWindow::rowDialogRequested, this,
         [this](RowTable table, int row) { runCommand([this, table, row] { editRow(table, row); }); });
     connect(&window_, &ui::MainWindow::settingsEdited, this, &MainController::showWhetherModified);
+    connect(&window_, &ui::MainWindow::editFinished, this,
+        [this](const std::string& field, std::optional<std::size_t> row) { recordStep(fieldStepName(field, row)); });
+    connect(&window_, &ui::MainWindow::fileOpenRequested, this, &MainController::openFile);
+    connect(history_, &QUndoStack::indexChanged, this, &MainController::showHistory);
+    connect(history_, &QUndoStack::cleanChanged, this, &MainController::showModifiedMark);
+    window_.showRecentFiles(recent_.paths());
     connect(&window_, &ui::MainWindow::settingsFilled, this, [this] {
         refreshCheck();
         // A configuration that came in with faults shows them at once.
@@ -107,6 +135,7 @@ MainController::MainController(ui::MainWindow& window, Interaction& ui, Options 
             window_.checkPanel()->setExpanded(true);
     });
     bench_.startFrom(window_.currentSettings());
+    top_ = bench_.settings();
     refreshCheck();
     window_.installEventFilter(this);
 }
@@ -121,6 +150,8 @@ template <class F> void MainController::runCommand(F&& command)
     // text stops the command.
     if (!window_.settleEdits())
         return;
+    // A change no field named yet is a step of its own before the command.
+    recordStep(changeStepName(top_, window_.currentSettings()));
     busy_ = true;
     window_.setEditingSuspended(true);
     try {
@@ -159,6 +190,9 @@ void MainController::run(ui::WindowCommand command)
         { Command::PortSettings, &MainController::editPortSettings },
         { Command::CompareWithFile, &MainController::compareWithFile },
         { Command::CompareWithStation, &MainController::compareWithStation },
+        { Command::Undo, &MainController::undo },
+        { Command::Redo, &MainController::redo },
+        { Command::PrintPreview, &MainController::printPreview },
     };
     for (const Handler& handler : kHandlers)
         if (handler.command == command)
@@ -184,7 +218,55 @@ void MainController::showConnection()
 void MainController::takeEdits()
 {
     bench_.edit(window_.currentSettings());
-    window_.setWindowModified(bench_.modified());
+    showModifiedMark();
+}
+
+void MainController::showModifiedMark()
+{
+    // A text being typed counts before it becomes a step.
+    window_.setWindowModified(!history_->isClean() || bench_.settings() != top_);
+}
+
+void MainController::recordStep(const std::string& name)
+{
+    takeEdits();
+    if (auto step = settingsStep(name, top_, bench_.settings())) {
+        top_ = bench_.settings();
+        history_->push(new SettingsCommand(std::move(*step), [this](const StationSettings& settings) {
+            putSettings(settings);
+        }));
+    }
+    showModifiedMark();
+}
+
+void MainController::putSettings(const StationSettings& settings)
+{
+    window_.fillSettings(settings);
+    bench_.edit(settings);
+    top_ = settings;
+    showModifiedMark();
+}
+
+void MainController::markKept()
+{
+    history_->setClean();
+    showModifiedMark();
+}
+
+void MainController::showHistory()
+{
+    const auto step = [](bool can, const QString& text) { return can ? std::optional(text) : std::nullopt; };
+    window_.showHistory(step(history_->canUndo(), history_->undoText()), step(history_->canRedo(), history_->redoText()));
+}
+
+void MainController::undo()
+{
+    history_->undo();
+}
+
+void MainController::redo()
+{
+    history_->redo();
 }
 
 void MainController::showWhetherModified()
@@ -248,12 +330,16 @@ void MainController::editRow(RowTable table, int row)
     // Whatever the dialog did, a permission may not outlive its number.
     if (table == RowTable::Phones)
         window_.applyFieldChanges(phoneTableRule(window_.currentSettings(), index));
+    // All the dialog changed is one step.
+    recordStep(rowLabel(table, index));
 }
 
 void MainController::readFromStation()
 {
-    if (bench_.read() == FlowOutcome::Done)
-        takeEdits();
+    if (bench_.read() != FlowOutcome::Done)
+        return;
+    recordStep(std::string(kReadStepName));
+    markKept();
 }
 
 void MainController::writeToStation()
@@ -267,27 +353,106 @@ void MainController::writeToStation()
     const FlowOutcome outcome = bench_.write(window_.checkWrite(), backupFolder);
     if (outcome == FlowOutcome::Rejected && conflict)
         window_.focusField(conflict->field, conflict->row);
-    if (outcome == FlowOutcome::Done)
+    if (outcome == FlowOutcome::Done) {
         takeEdits();
+        markKept();
+    }
 }
 
 void MainController::loadFromFile()
 {
     const auto path = chooseFile_(FileDialogKind::Open);
-    if (path && bench_.load(toPath(*path)) == FlowOutcome::Done)
-        takeEdits();
+    if (!path || bench_.load(toPath(*path)) != FlowOutcome::Done)
+        return;
+    recordStep(std::string(kLoadStepName));
+    markKept();
+    remember(*path);
 }
 
 void MainController::saveToFile()
 {
     const auto path = chooseFile_(FileDialogKind::Save);
-    if (path && bench_.save(toPath(*path)) == FlowOutcome::Done)
-        takeEdits();
+    if (!path || bench_.save(toPath(*path)) != FlowOutcome::Done)
+        return;
+    takeEdits();
+    markKept();
+    remember(*path);
+}
+
+void MainController::remember(const QString& path)
+{
+    recent_.add(path);
+    window_.showRecentFiles(recent_.paths());
+}
+
+void MainController::openFile(const QString& path)
+{
+    runCommand([this, path] { openGivenFile(path); });
+}
+
+void MainController::openGivenFile(const QString& path)
+{
+    if (offeredRemoval(path))
+        return;
+    if (!savedOrLeftAlone(bench_, ui_, kUnsavedBeforeOpening, [this] { return chooseSaveFile(); }))
+        return;
+    if (!bench_.modified())
+        markKept();
+    if (isJsonFile(path)) {
+        loadJsonFile(path);
+        return;
+    }
+    if (bench_.load(toPath(path)) != FlowOutcome::Done)
+        return;
+    recordStep(std::string(kLoadStepName));
+    markKept();
+    remember(path);
+}
+
+bool MainController::offeredRemoval(const QString& path)
+{
+    if (!recent_.paths().contains(path) || QFileInfo::exists(path))
+        return false;
+    if (ui_.ask(MessageIcon::Question, missingFileQuestion(QDir::toNativeSeparators(path)).toStdString(),
+            Buttons::YesNo)
+        == Answer::Yes) {
+        recent_.remove(path);
+        window_.showRecentFiles(recent_.paths());
+    }
+    return true;
+}
+
+void MainController::loadJsonFile(const QString& path)
+{
+    const std::string name = toPath(path).string();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > kMaxJsonBytes) {
+        ui_.message(MessageIcon::Stop, messages::loadFailed(name),
+            file.isOpen() ? "soubor je příliš velký na nastavení" : file.errorString().toStdString());
+        return;
+    }
+    const auto settings = parseSettingsJson(file.readAll().toStdString());
+    if (!settings) {
+        ui_.message(MessageIcon::Stop, messages::loadFailed(name), settings.error());
+        return;
+    }
+    window_.showFirstPage();
+    window_.fillSettings(*settings);
+    recordStep(std::string(kLoadStepName));
+    bench_.startFrom(bench_.settings());
+    markKept();
+    remember(path);
+    ui_.message(MessageIcon::Information, messages::loadSucceeded(name));
 }
 
 void MainController::print()
 {
     printSettingsReport(&window_, report::buildReport(bench_.settings()), ui_);
+}
+
+void MainController::printPreview()
+{
+    previewSettingsReport(&window_, report::buildReport(bench_.settings()));
 }
 
 void MainController::showAbout()
@@ -309,7 +474,8 @@ void MainController::editPortSettings()
 void MainController::exitCommand()
 {
     if (!clearToExit(bench_, ui_, ExitBy::Command, [this] { return chooseSaveFile(); })) {
-        window_.setWindowModified(bench_.modified());
+        if (!bench_.modified())
+            markKept();
         return;
     }
     endProgram();
@@ -341,7 +507,8 @@ bool MainController::eventFilter(QObject* watched, QEvent* event)
     const bool clear = clearToExit(bench_, ui_, ExitBy::ClosingWindow, [this] { return chooseSaveFile(); });
     busy_ = false;
     if (!clear) {
-        window_.setWindowModified(bench_.modified());
+        if (!bench_.modified())
+            markKept();
         event->ignore();
         return true;
     }

@@ -22,9 +22,12 @@
 #include "link/serial_line.h"
 #include "shell/comparison_window.h"
 #include "shell/port_settings.h"
+#include "shell/recent_files.h"
 #include "ui/window_command.h"
 #include "workbench/workbench.h"
 
+class QSettings;
+class QUndoStack;
 class QWidget;
 
 namespace rm8::ui {
@@ -55,6 +58,9 @@ public:
         // Where backups of a station's previous content go; the user's
         // application data folder by default.
         QString backupFolder;
+        // Where the recent files are kept between runs; nothing keeps them
+        // for this run only.
+        QSettings* store = nullptr;
     };
 
     MainController(ui::MainWindow& window, Interaction& ui, Options options);
@@ -64,6 +70,12 @@ public:
 
     const link::PortMap& ports() const { return ports_; }
     bool sessionOpen() const { return bench_.sessionOpen(); }
+    QUndoStack* history() const { return history_; }
+
+    // A file given on the command line, dropped on the window or chosen
+    // from the recent files: a settings file (*.eep) or settings JSON,
+    // after the question about settings never kept.
+    void openFile(const QString& path);
 
 signals:
     // The program is to end: btKonec decided so, or the window was closed.
@@ -91,6 +103,23 @@ private:
     void editRow(RowTable table, int row);
     void exitCommand();
     void editPortSettings();
+    void undo();
+    void redo();
+    void printPreview();
+    void openGivenFile(const QString& path);
+    void loadJsonFile(const QString& path);
+    bool offeredRemoval(const QString& path);
+    void remember(const QString& path);
+
+    // The settings now in the fields become a step named so, when they
+    // differ from the last one.
+    void recordStep(const std::string& name);
+    // Undo and redo: a whole configuration into the window.
+    void putSettings(const StationSettings& settings);
+    // The settings as they are now are what was last kept.
+    void markKept();
+    void showHistory();
+    void showModifiedMark();
 
     void showConnection();
     // The fields into the workbench, and the caption's asterisk and the
@@ -111,6 +140,9 @@ private:
     QString backupFolder_;
     Workbench bench_;
     ComparisonWindow comparison_;
+    QUndoStack* history_;
+    StationSettings top_; // the settings after the history's last step
+    RecentFiles recent_;
 
     bool busy_ = false;
     bool ending_ = false;

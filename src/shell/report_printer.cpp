@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrintDialog>
+#include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QSaveFile>
 
@@ -136,12 +137,21 @@ bool printReportCopies(
     return printed;
 }
 
-void printSettingsReport(QWidget* owner, const report::Report& report, Interaction& ui)
+namespace {
+
+void nameDocument(QPrinter& printer, const report::Report& report)
 {
-    QPrinter printer(QPrinter::HighResolution);
     // Qt proposes the document name for a PDF: a name any file system takes.
     printer.setDocName(fromCore(report.fileStem));
     printer.setCreator(programName());
+}
+
+} // namespace
+
+void printSettingsReport(QWidget* owner, const report::Report& report, Interaction& ui)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    nameDocument(printer, report);
     QPrintDialog dialog(&printer, owner);
     dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
 #ifdef Q_OS_WIN
@@ -150,6 +160,19 @@ void printSettingsReport(QWidget* owner, const report::Report& report, Interacti
     if (dialog.exec() != QDialog::Accepted)
         return;
     (void)printReportCopies(printer, report, ui);
+}
+
+void previewSettingsReport(QWidget* owner, const report::Report& report)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    nameDocument(printer, report);
+    QPrintPreviewDialog dialog(&printer, owner);
+    dialog.setObjectName(QStringLiteral("NahledTisku"));
+    dialog.setWindowTitle(QStringLiteral("Náhled tisku"));
+    // The same pages for the preview and for the printer chosen from it.
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested,
+        [&report](QPrinter* target) { (void)drawReportDocument(*target, report); });
+    dialog.exec();
 }
 
 Expected<void, QString> writeReportPdf(const QString& path, const report::Report& report)

@@ -45,6 +45,10 @@ bool printReportCopies(QPrinter& printer, const report::Report& report, Interact
 // print run. A cancelled dialog prints nothing.
 void printSettingsReport(QWidget* owner, const report::Report& report, Interaction& ui);
 
+// "Náhled tisku": the pages btTisk prints, in Qt's preview, from which
+// they can be printed.
+void previewSettingsReport(QWidget* owner, const report::Report& report);
+
 // One copy on A4 into a PDF file, written to a temporary and renamed.
 Expected<void, QString> writeReportPdf(const QString& path, const report::Report& report);
 

@@ -5,7 +5,14 @@
 #include <QColor>
 #include <QComboBox>
 #include <QLabel>
+#include <QAction>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
 #include <QPalette>
 #include <QPushButton>
 #include <QMouseEvent>
@@ -114,6 +121,11 @@ MainWindow::MainWindow(QWidget* parent)
     buildWindow();
     connectRowCommands();
     connectCommands();
+    addHistoryCommands();
+    connectEditSteps();
+    showRecentFiles({});
+    // A settings file dropped on the window is opened.
+    setAcceptDrops(true);
 
     fillTables();
     updateMemoryDisplay();
@@ -312,6 +324,7 @@ void MainWindow::connectCommands()
         {"btPortSettings", WindowCommand::PortSettings},
         {"btPorovnatSoubor", WindowCommand::CompareWithFile},
         {"btPorovnatStanici", WindowCommand::CompareWithStation},
+        {"btNahled", WindowCommand::PrintPreview},
     };
     for (const auto& button : kButtons)
         connect(field<QAbstractButton>(QString::fromLatin1(button.name)), &QAbstractButton::clicked, this,
@@ -417,6 +430,7 @@ std::optional<Notice> MainWindow::judgeField(const char* name, int row, QLineEdi
     if (outcome.verdict == LeaveVerdict::Replace)
         edit->setText(QString::fromStdString(outcome.text));
     applyFieldChanges(outcome.changes);
+    emit editFinished(name, row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row)));
     return std::nullopt;
 }
 
@@ -509,8 +523,117 @@ void MainWindow::connectRowCommands()
                     [this, row] { applyFieldChanges(phoneTableRule(currentSettings(), static_cast<std::size_t>(row))); });
 }
 
+void MainWindow::addHistoryCommands()
+{
+    undo_ = new QAction(QStringLiteral("Zpět"), this);
+    undo_->setObjectName(QStringLiteral("actZpet"));
+    undo_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    redo_ = new QAction(QStringLiteral("Znovu"), this);
+    redo_->setObjectName(QStringLiteral("actZnovu"));
+    redo_->setShortcuts({ QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z) });
+    const std::pair<QAction*, WindowCommand> commands[]
+        = { { undo_, WindowCommand::Undo }, { redo_, WindowCommand::Redo } };
+    for (const auto& [action, command] : commands) {
+        addAction(action);
+        connect(action, &QAction::triggered, this, [this, command = command] { emit commandRequested(command); });
+    }
+    connect(field<QAbstractButton>(QStringLiteral("btZpet")), &QAbstractButton::clicked, undo_, &QAction::trigger);
+    connect(field<QAbstractButton>(QStringLiteral("btZnovu")), &QAbstractButton::clicked, redo_, &QAction::trigger);
+    // A text field would take the keys for its own typing history; the
+    // window's steps are whole fields, and the field being typed in becomes
+    // one when the command settles it.
+    for (auto* edit : findChildren<QLineEdit*>())
+        edit->installEventFilter(this);
+    showHistory(std::nullopt, std::nullopt);
+}
+
+void MainWindow::connectEditSteps()
+{
+    // Connected after the row commands: a click's own rule (a permission
+    // without a number) has acted before the step is taken.
+    for (const FieldInfo& info : fieldCatalogue()) {
+        if (info.shape != FieldShape::CheckBox && info.shape != FieldShape::CheckRow
+            && info.shape != FieldShape::OptionPair)
+            continue;
+        const QString name = QString::fromUtf8(info.name.data(), static_cast<qsizetype>(info.name.size()));
+        const std::string fieldName(info.name);
+        const int rows = info.perRow() ? static_cast<int>(kRows) : 1;
+        for (int row = 0; row < rows; ++row) {
+            const QString widgetName = info.perRow() ? rowName(name, row) : name;
+            const auto at = info.perRow() ? std::optional(static_cast<std::size_t>(row)) : std::nullopt;
+            QStringList buttons { widgetName };
+            if (info.shape == FieldShape::OptionPair)
+                buttons << optionPartner(widgetName);
+            for (const QString& button : buttons)
+                if (auto* clickable = qobject_cast<QAbstractButton*>(named_.value(button)))
+                    connect(clickable, &QAbstractButton::clicked, this,
+                        [this, fieldName, at] { emit editFinished(fieldName, at); });
+        }
+    }
+    auto* centre = field<QComboBox>(QStringLiteral("tabTCcentra"));
+    const auto centreDone = [this] { emit editFinished("tabTCcentra", std::nullopt); };
+    connect(centre, &QComboBox::activated, this, centreDone);
+    connect(centre->lineEdit(), &QLineEdit::editingFinished, this, centreDone);
+}
+
+void MainWindow::showHistoryStep(
+    QAction* action, const char* button, const QString& verb, const std::optional<QString>& step)
+{
+    const QString tip = step ? verb + QStringLiteral(": ") + *step : verb;
+    action->setEnabled(step.has_value());
+    action->setToolTip(tip);
+    auto* shown = field(QString::fromLatin1(button));
+    shown->setEnabled(step.has_value());
+    shown->setToolTip(tip);
+}
+
+void MainWindow::showHistory(const std::optional<QString>& undoStep, const std::optional<QString>& redoStep)
+{
+    showHistoryStep(undo_, "btZpet", QStringLiteral("Zpět"), undoStep);
+    showHistoryStep(redo_, "btZnovu", QStringLiteral("Znovu"), redoStep);
+}
+
+void MainWindow::showRecentFiles(const QStringList& paths)
+{
+    recentMenu_->clear();
+    for (const QString& path : paths)
+        connect(recentMenu_->addAction(QDir::toNativeSeparators(path)), &QAction::triggered, this,
+            [this, path] { emit fileOpenRequested(path); });
+    field(QStringLiteral("btNedavne"))->setEnabled(!paths.isEmpty());
+}
+
+namespace {
+
+QString droppedFile(const QMimeData* data)
+{
+    const QList<QUrl> urls = data->urls();
+    return urls.size() == 1 && urls.front().isLocalFile() ? urls.front().toLocalFile() : QString();
+}
+
+} // namespace
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!flowRunning_ && !droppedFile(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    const QString path = droppedFile(event->mimeData());
+    if (path.isEmpty())
+        return;
+    event->acceptProposedAction();
+    emit fileOpenRequested(path);
+}
+
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::ShortcutOverride) {
+        const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
+        if (undo_->shortcuts().contains(keys) || redo_->shortcuts().contains(keys))
+            return true; // not accepted: the window's shortcut fires
+    }
     if (event->type() == QEvent::MouseButtonDblClick && !flowRunning_) {
         const auto found = rowOf_.constFind(watched);
         if (found != rowOf_.constEnd()) {

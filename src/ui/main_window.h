@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QMainWindow>
 #include <QString>
+#include <QStringList>
 
 #include <cstddef>
 #include <initializer_list>
@@ -24,8 +25,10 @@
 #include "settings/station_settings.h"
 #include "ui/window_command.h"
 
+class QAction;
 class QCheckBox;
 class QLineEdit;
+class QMenu;
 
 namespace rm8::ui {
 
@@ -104,6 +107,12 @@ public:
     // selected. Values are left as they are.
     void checkEnabled();
 
+    // The steps Zpět and Znovu would take back or do again, by name;
+    // nothing where there is none.
+    void showHistory(const std::optional<QString>& undoStep, const std::optional<QString>& redoStep);
+    // The files offered under "Nedávné soubory", the latest first.
+    void showRecentFiles(const QStringList& paths);
+
     // The field called name, or name_row for a member of a group of eight.
     QWidget* field(const QString& name, int row = -1) const;
 
@@ -121,6 +130,12 @@ signals:
     void settingsEdited();
     // fillSettings has put a whole configuration into the fields.
     void settingsFilled();
+    // An edit is complete: a field was left and accepted, a box or an
+    // option clicked, an entry of a list chosen. Its consequences are in
+    // the fields already. row 0..7, nothing for a single field.
+    void editFinished(const std::string& field, std::optional<std::size_t> row);
+    // A file chosen from the recent files or dropped on the window.
+    void fileOpenRequested(const QString& path);
 
 private:
     void buildWindow();
@@ -165,7 +180,12 @@ private:
     void setFieldValue(const FieldChange& change);
     void connectRowCommands();
     void connectCommands();
+    void connectEditSteps();
+    void addHistoryCommands();
+    void showHistoryStep(QAction* action, const char* button, const QString& verb, const std::optional<QString>& step);
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
     StationSettings record_; // the dialog-only lists and the measuring ranges
     std::optional<std::size_t> eepromSize_;
@@ -175,6 +195,9 @@ private:
     // Which table a double-click on a row's field opens.
     QHash<QObject*, std::pair<RowTable, int>> rowOf_;
     std::optional<Page> refusedPage_;
+    QAction* undo_ = nullptr;
+    QAction* redo_ = nullptr;
+    QMenu* recentMenu_ = nullptr;
     bool loading_ = false;
     bool flowRunning_ = false;
     bool mirroring_ = false;

@@ -12,6 +12,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -536,11 +537,35 @@ QWidget* MainWindow::buildTransferPanel()
     backup->setToolTip(u8("Před každým zápisem uložit dosavadní obsah EEPROM stanice do složky záloh"));
     boxes->addWidget(backup);
     grid->addLayout(boxes, 1, 0, 1, 2);
-    grid->addWidget(
-        command("btFileLoad", "Ze souboru", "Načíst nastavení ze souboru", QStyle::SP_DialogOpenButton), 2, 0);
+    // The preview beside the print and the recent files beside the load,
+    // as small buttons: the panel keeps its height and the window its width.
+    const auto withCompanion = [](QWidget* main, QToolButton* companion) {
+        auto* pair = new QHBoxLayout;
+        pair->setSpacing(2);
+        pair->addWidget(main, 1);
+        pair->addWidget(companion);
+        return pair;
+    };
+    const auto companion = [&](const char* name, const char* caption, const char* toolTip, QStyle::StandardPixmap icon) {
+        auto* button = named(new QToolButton, u8(name));
+        button->setText(u8(caption));
+        button->setToolTip(u8(toolTip));
+        button->setIcon(style()->standardIcon(icon));
+        button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+        return button;
+    };
+    auto* load = command("btFileLoad", "Ze souboru", "Načíst nastavení ze souboru", QStyle::SP_DialogOpenButton);
+    auto* recent = companion("btNedavne", "Nedávné soubory", "Nedávné soubory", QStyle::SP_FileDialogListView);
+    recentMenu_ = new QMenu(recent);
+    recentMenu_->setObjectName(QStringLiteral("mnuNedavne"));
+    recent->setMenu(recentMenu_);
+    recent->setPopupMode(QToolButton::InstantPopup);
+    grid->addLayout(withCompanion(load, recent), 2, 0);
     grid->addWidget(
         command("btFileSave", "Do souboru", "Uložit nastavení do souboru", QStyle::SP_DialogSaveButton), 2, 1);
-    grid->addWidget(command("btTisk", "Tisk", "Tisk nastavení", QStyle::SP_FileDialogDetailedView), 3, 0);
+    auto* print = command("btTisk", "Tisk", "Tisk nastavení", QStyle::SP_FileDialogDetailedView);
+    grid->addLayout(
+        withCompanion(print, companion("btNahled", "Náhled tisku", "Náhled tisku", QStyle::SP_FileDialogInfoView)), 3, 0);
     // What a load or a write would change, field by field.
     grid->addWidget(command("btPorovnatSoubor", "Porovnat se souborem…",
                         "Porovnat nastavení v okně s nastavením v souboru", QStyle::SP_FileDialogContentsView),
@@ -589,6 +614,12 @@ QWidget* MainWindow::buildProgramPanel()
     about->setToolTip(u8("Informace o programu"));
     auto* quit = named(new QPushButton(u8("U&končit")), QStringLiteral("btKonec"));
     quit->setToolTip(u8("Ukončit program"));
+    // The buttons show the step they would take in their tooltips.
+    auto* undo = named(new QPushButton(style()->standardIcon(QStyle::SP_ArrowBack), u8("Zpět")), QStringLiteral("btZpet"));
+    auto* redo
+        = named(new QPushButton(style()->standardIcon(QStyle::SP_ArrowForward), u8("Znovu")), QStringLiteral("btZnovu"));
+    layout->addWidget(undo);
+    layout->addWidget(redo);
     layout->addWidget(about);
     layout->addWidget(quit);
     layout->addStretch(1);

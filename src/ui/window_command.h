@@ -16,6 +16,9 @@ enum class WindowCommand {
     PortSettings, // btPortSettings
     CompareWithFile, // btPorovnatSoubor
     CompareWithStation, // btPorovnatStanici
+    Undo, // btZpet, Ctrl+Z
+    Redo, // btZnovu, Ctrl+Y, Ctrl+Shift+Z
+    PrintPreview, // btNahled
 };
 
 } // namespace rm8::ui

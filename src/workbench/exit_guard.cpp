@@ -1,13 +1,12 @@
 #include "workbench/exit_guard.h"
 
 namespace rm8 {
-namespace {
 
-bool savedOrLeftAlone(Workbench& bench, Interaction& ui, const SaveFileChooser& chooseFile)
+bool savedOrLeftAlone(Workbench& bench, Interaction& ui, std::string_view question, const SaveFileChooser& chooseFile)
 {
     if (!bench.modified())
         return true;
-    switch (ui.ask(MessageIcon::Question, kUnsavedSettings, Buttons::YesNoCancel)) {
+    switch (ui.ask(MessageIcon::Question, question, Buttons::YesNoCancel)) {
     case Answer::Yes: {
         const auto path = chooseFile();
         return path && bench.save(*path) == FlowOutcome::Done;
@@ -19,11 +18,9 @@ bool savedOrLeftAlone(Workbench& bench, Interaction& ui, const SaveFileChooser& 
     }
 }
 
-} // namespace
-
 bool clearToExit(Workbench& bench, Interaction& ui, ExitBy by, const SaveFileChooser& chooseFile)
 {
-    if (!savedOrLeftAlone(bench, ui, chooseFile))
+    if (!savedOrLeftAlone(bench, ui, kUnsavedSettings, chooseFile))
         return false;
     if (!bench.sessionOpen())
         return true;

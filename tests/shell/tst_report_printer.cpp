@@ -4,6 +4,8 @@
 // poppler's pdftotext (scripts/install-deps.sh).
 
 #include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QPrinter>
 
 #include "fields/settings_json.h"
@@ -63,6 +65,7 @@ private slots:
     void stornoHidesTheProgressAndPrintingGoesOn();
     void aPrinterErrorEndsTheRunSilently();
     void theDialogsCopiesOrNothingWhenCancelled();
+    void previewShowsThePagesOfThePdf();
     void printPdfHasEveryLineInOrder_data();
     void printPdfHasEveryLineInOrder();
 };
@@ -135,6 +138,26 @@ void TestReportPrinter::theDialogsCopiesOrNothingWhenCancelled()
         QCOMPARE(ui.progress.empty() ? std::string() : ui.progress.back(),
             accept ? rm8::report::progressText(1, 2, 2) : std::string());
     }
+}
+
+void TestReportPrinter::previewShowsThePagesOfThePdf()
+{
+    const QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("report.pdf"));
+    QVERIFY(rm8::shell::writeReportPdf(pdf, sampleReport()));
+    int previewed = 0;
+    QString title;
+    const auto wait = rm8::shell::test::onNextModal<QPrintPreviewDialog>(
+        QStringLiteral("print preview"), [&](QPrintPreviewDialog* dialog) {
+            title = dialog->windowTitle();
+            previewed = dialog->findChild<QPrintPreviewWidget*>()->pageCount();
+            dialog->reject();
+        });
+    rm8::shell::previewSettingsReport(nullptr, sampleReport());
+    QVERIFY2(wait->isEmpty(), qPrintable(*wait));
+    QCOMPARE(title, QStringLiteral("Náhled tisku"));
+    QVERIFY(previewed > 0);
+    QCOMPARE(previewed, pdfPages(pdf).size());
 }
 
 void TestReportPrinter::printPdfHasEveryLineInOrder_data()

@@ -2,8 +2,11 @@
 // dialogs and the check panel (each tested on its own): the message box of a
 // field left with a bad text, the page and the focus after it, the texts the
 // window replaces, the battery mirror, the row dialogs opened from the
-// tables, the check panel after a load, and the comparison with a station.
-// Every message box is answered with OK by a bounded watch.
+// tables, the check panel after a load, the comparison with a station; the
+// undo history over every kind of step, the recent files and the files
+// dropped on the window. Every message box is answered with OK by a bounded watch.
+
+#include <QUndoStack>
 
 #include "controller_rig.h"
 #include "editing/field_leave.h"
@@ -11,9 +14,11 @@
 #include "flow/messages.h"
 #include "modal_helpers.h"
 #include "settings/image_encoder.h"
+#include "shell/recent_files.h"
 #include "ui/check_panel.h"
 #include "ui/compare_view.h"
 #include "ui/row_dialog.h"
+#include "workbench/exit_guard.h"
 
 using namespace rm8;
 using rm8::shell::MainController;
@@ -109,9 +114,30 @@ std::vector<std::uint8_t> cleanStationMemory()
         image.bytes().begin() + qsizetype(sim::memoryBytes(sim::StationProfile().memorySizeCode) + 64) };
 }
 
-QString dataPath(const char* file)
+QString dataPath(const std::string& file)
 {
     return QString::fromStdString((rm8::test::dataDir() / file).string());
+}
+
+QStringList menuTexts(Rig& rig)
+{
+    QStringList texts;
+    for (const QAction* action : rig.window.findChild<QMenu*>(QStringLiteral("mnuNedavne"))->actions())
+        texts << action->text();
+    return texts;
+}
+
+// As the window system delivers a drag: entering, then the drop, both at
+// the window's middle.
+void dropOn(QWidget* window, const QString& path)
+{
+    QMimeData data;
+    data.setUrls({ QUrl::fromLocalFile(path) });
+    const QPoint middle = window->rect().center();
+    QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window->windowHandle(), &enter);
+    QDropEvent drop(middle, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window->windowHandle(), &drop);
 }
 
 } // namespace
@@ -125,6 +151,37 @@ class TestWindowEditing : public QObject {
         MainController::Options options;
         options.fileChooser = [this](shell::FileDialogKind) { return std::optional(chosenFile); };
         return options;
+    }
+
+    // One action of an undo case: a field typed and left, a box clicked, a
+    // row dialog confirmed, a file loaded or opened, the station read; the
+    // message boxes it brought.
+    QList<Box> perform(const nlohmann::json& action)
+    {
+        if (action.contains("type")) {
+            auto* edit = shown(*rig, qs(action["type"]));
+            typeInto(edit, qs(action["text"]));
+            return leave(*rig, edit);
+        }
+        if (action.contains("tick"))
+            return boxesAfter([&] { tick(shown<QAbstractButton>(*rig, qs(action["tick"]))); });
+        if (action.contains("dialog")) {
+            const auto wait = onNextModal<ui::RowDialog>(qs(action["dialog"]), [&](ui::RowDialog* dialog) {
+                dialog->findChild<QLineEdit*>(qs(action["edit"]))->setText(qs(action["text"]));
+                QTest::mouseClick(dialog->findChild<QPushButton*>("btOk"), Qt::LeftButton);
+            });
+            QTest::mouseClick(shown<QPushButton>(*rig, qs(action["dialog"])), Qt::LeftButton);
+            return wait->isEmpty() ? QList<Box> {} : QList<Box> { { {}, *wait, QMessageBox::NoIcon } };
+        }
+        if (action.contains("load")) {
+            chosenFile = dataPath(action["load"]);
+            rig->click("btFileLoad");
+        } else if (action.contains("open")) {
+            rig->controller->openFile(dataPath(action["open"]));
+        } else {
+            rig->click("btEEPROMLoad");
+        }
+        return {};
     }
 
 private slots:
@@ -358,6 +415,124 @@ private slots:
         QVERIFY(comparison->findChild<ui::CompareView*>()->rowCount() > 0);
         QVERIFY(rig->fields() == before);
         QVERIFY(rig->window.isWindowModified());
+    }
+
+    void undoAndRedo_data() { rm8::test::addJsonCases("ui/undo_steps.json"); }
+    // Each kind of step: done, taken back, done again, the step named in the
+    // tooltips and the caption's mark at each point; a refused entry is no
+    // step. The keys work from inside a text field, the buttons as well.
+    void undoAndRedo()
+    {
+        FETCH_CASE(c);
+        if (c["act"].contains("read")) {
+            rig.reset(new Rig({}, options(), nullptr, cleanStationMemory()));
+            QVERIFY(rig->activate());
+        }
+        const nlohmann::json before = c.value("before", nlohmann::json::array());
+        for (const auto& action : before)
+            QVERIFY(perform(action).isEmpty());
+        const StationSettings start = rig->fields();
+        const int steps = rig->controller->history()->count();
+        QCOMPARE(perform(c["act"]).size(), c.value("boxes", 0));
+        if (c["step"].is_null()) {
+            QCOMPARE(rig->controller->history()->count(), steps);
+            return;
+        }
+        const StationSettings done = rig->fields();
+        QVERIFY(!(done == start));
+        auto* undo = rig->widget("btZpet");
+        auto* redo = rig->widget("btZnovu");
+        QCOMPARE(undo->toolTip(), QStringLiteral("Zpět: ") + qs(c["step"]));
+        const nlohmann::json shows = c.value("shows", nlohmann::json::object());
+        for (const auto& [name, text] : shows.items())
+            QCOMPARE(rig->widget<QLineEdit>(name.c_str())->text(), qs(text));
+        const auto& marks = c["marks"];
+        QCOMPARE(rig->window.isWindowModified(), marks[0].get<bool>());
+
+        auto* field = shown(*rig, QStringLiteral("tabJmenoStanice"));
+        field->setFocus();
+        // As a desktop does after a dialog: the window is active again.
+        rig->window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&rig->window));
+        QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(rig->fields() == start);
+        QCOMPARE(rig->window.isWindowModified(), marks[1].get<bool>());
+        QCOMPARE(redo->toolTip(), QStringLiteral("Znovu: ") + qs(c["step"]));
+        QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(rig->fields() == done);
+        QCOMPARE(rig->window.isWindowModified(), marks[2].get<bool>());
+
+        QTest::mouseClick(undo, Qt::LeftButton);
+        QVERIFY(rig->fields() == start);
+        QTest::keyClick(field, Qt::Key_Y, Qt::ControlModifier);
+        QVERIFY(rig->fields() == done);
+        QCOMPARE(rig->controller->history()->count(), steps + 1);
+    }
+
+    // The files loaded and saved come back in the next run, the latest
+    // first; one gone since is offered for removal and nothing else changes.
+    void recentFilesAcrossRuns()
+    {
+        QTemporaryDir scratch;
+        QSettings store(scratch.filePath(QStringLiteral("rm8config.ini")), QSettings::IniFormat);
+        const auto run = [&] {
+            auto remembered = options();
+            remembered.store = &store;
+            rig.reset(new Rig({}, std::move(remembered)));
+        };
+        run();
+        const QString loaded = QFileInfo(dataPath("full.eep")).absoluteFilePath();
+        const QString saved = scratch.filePath(QStringLiteral("ulozene.eep"));
+        chosenFile = loaded;
+        rig->click("btFileLoad");
+        chosenFile = saved;
+        rig->click("btFileSave");
+        run();
+        QCOMPARE(menuTexts(*rig), (QStringList { QDir::toNativeSeparators(saved), QDir::toNativeSeparators(loaded) }));
+        QVERIFY(QFile::remove(saved));
+        const StationSettings before = rig->fields();
+        rig->ui.answers = { Answer::Yes };
+        rig->window.findChild<QMenu*>(QStringLiteral("mnuNedavne"))->actions().front()->trigger();
+        QCOMPARE(rig->ui.questions.size(), std::size_t(1));
+        QCOMPARE(q(rig->ui.questions[0].text),
+            QStringLiteral("Soubor '%1' už neexistuje. Odebrat ho ze seznamu nedávných souborů?")
+                .arg(QDir::toNativeSeparators(saved)));
+        QVERIFY(rig->ui.messages.empty());
+        QVERIFY(rig->fields() == before);
+        QCOMPARE(menuTexts(*rig), QStringList { QDir::toNativeSeparators(loaded) });
+        rig->window.findChild<QMenu*>(QStringLiteral("mnuNedavne"))->actions().front()->trigger();
+        QVERIFY(!(rig->fields() == before));
+
+        shell::RecentFiles recent(nullptr);
+        for (int file = 0; file < 10; ++file)
+            recent.add(QStringLiteral("/nastaveni/%1.eep").arg(file));
+        recent.add(QStringLiteral("/nastaveni/5.eep"));
+        QCOMPARE(recent.paths().size(), shell::RecentFiles::kLimit);
+        QCOMPARE(recent.paths().mid(0, 3), (QStringList { "/nastaveni/5.eep", "/nastaveni/9.eep", "/nastaveni/8.eep" }));
+    }
+
+    void droppedFiles_data() { rm8::test::addJsonCases("ui/opening_files.json"); }
+    // A file dropped on the window: the question about an edit not kept
+    // first, then the load; a file that is no settings changes nothing.
+    void droppedFiles()
+    {
+        FETCH_CASE(c);
+        if (c["edit"] == true)
+            rig->type("tabJmenoStanice", QStringLiteral("Vodarna"));
+        const std::map<std::string, Answer> answers { { "No", Answer::No }, { "Cancel", Answer::Cancel } };
+        if (!c["answer"].is_null())
+            rig->ui.answers = { answers.at(c["answer"]) };
+        const StationSettings before = rig->fields();
+        const QString path = dataPath(c["file"]);
+        dropOn(&rig->window, path);
+        QCOMPARE(rig->ui.questions.size(), std::size_t(c["answer"].is_null() ? 0 : 1));
+        for (const auto& question : rig->ui.questions)
+            QCOMPARE(q(question.text), q(kUnsavedBeforeOpening));
+        QCOMPARE(rig->fields() == before, !c["loads"].get<bool>());
+        QCOMPARE(rig->window.isWindowModified(), !c["loads"].get<bool>() && c["edit"] == true);
+        QCOMPARE(rig->ui.messages.size(), std::size_t(c["message"].is_null() ? 0 : 1));
+        if (!c["message"].is_null())
+            QCOMPARE(q(rig->ui.messages.back().text), qs(c["message"]).arg(path));
     }
 };
 
