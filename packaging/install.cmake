@@ -10,6 +10,10 @@ if(TARGET rm8config)
   install(FILES ${CMAKE_CURRENT_LIST_DIR}/rm8config.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
   install(FILES ${CMAKE_CURRENT_LIST_DIR}/rm8config.svg
           DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+  # The *.eep type the desktop entry opens; the system's MIME database
+  # takes it in through its package trigger.
+  install(FILES ${CMAKE_CURRENT_LIST_DIR}/rm8config-mime.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages
+          RENAME rm8config.xml)
 endif()
 
 set(CPACK_PACKAGE_NAME "rm8config")

@@ -57,7 +57,8 @@ std::variant<CommandLine, int> parseCommandLine(int argc, char* argv[])
     parser.addOptions({ port, demo, pdf });
     addQtOptions(parser);
     parser.addPositionalArgument(QStringLiteral("SOUBOR"),
-        QStringLiteral("Soubor nastavení (*.eep) nebo nastavení JSON pro --print-pdf."), QStringLiteral("[SOUBOR]"));
+        QStringLiteral("Soubor nastavení (*.eep) nebo nastavení JSON: otevře se v okně, s --print-pdf se vytiskne."),
+        QStringLiteral("[SOUBOR]"));
 
     if (!parser.parse(QCoreApplication::arguments())) {
         std::fprintf(stderr, "rm8config: %s (viz rm8config --help)\n", qPrintable(parser.errorText()));
@@ -77,8 +78,10 @@ std::variant<CommandLine, int> parseCommandLine(int argc, char* argv[])
     if (parser.isSet(pdf))
         line.printPdf = parser.value(pdf);
     line.files = parser.positionalArguments();
-    if (!line.printPdf && !line.files.isEmpty()) {
-        std::fprintf(stderr, "rm8config: soubor nastavení se zadává jen s volbou --print-pdf\n");
+    // One window holds one configuration.
+    if (!line.printPdf && line.files.size() > 1) {
+        std::fprintf(stderr, "rm8config: v okně lze otevřít nejvýše jeden soubor nastavení, zadáno %lld\n",
+            static_cast<long long>(line.files.size()));
         return 2;
     }
     return line;

@@ -6,6 +6,7 @@
 //   --print-pdf OUT.pdf [FILE]   the settings report of FILE (*.eep or settings
 //                                JSON), or of the start-up settings, into a PDF;
 //                                no window is shown and no display is needed
+//   FILE                         a settings file opened in the window
 
 #include <cstdio>
 #include <tuple>
@@ -15,6 +16,7 @@
 #include <QFile>
 #include <QMessageBox>
 #include <QSettings>
+#include <QTimer>
 
 #include "app/command_line.h"
 #include "ctl/configuration_input.h"
@@ -25,6 +27,7 @@
 #include "shell/port_settings.h"
 #include "shell/qt_interaction.h"
 #include "shell/report_printer.h"
+#include "ui/check_panel.h"
 #include "ui/main_window.h"
 
 namespace {
@@ -124,6 +127,7 @@ int main(int argc, char* argv[])
 
     rm8::shell::MainController::Options options;
     options.ports = ports;
+    options.store = &remembered;
     options.remember = [](const rm8::link::PortMap& chosen) {
         QSettings store;
         rm8::shell::savePortAssignments(store, chosen);
@@ -132,6 +136,18 @@ int main(int argc, char* argv[])
     QObject::connect(&controller, &rm8::shell::MainController::exitRequested, &app, &QCoreApplication::quit,
                      Qt::QueuedConnection);
 
+    // The window comes back where and as it was left.
+    window.restoreGeometry(remembered.value(QStringLiteral("windowGeometry")).toByteArray());
+    if (remembered.contains(QStringLiteral("checkPanelExpanded")))
+        window.checkPanel()->setExpanded(remembered.value(QStringLiteral("checkPanelExpanded")).toBool());
+    QObject::connect(&controller, &rm8::shell::MainController::exitRequested, [&window] {
+        QSettings store;
+        store.setValue(QStringLiteral("windowGeometry"), window.saveGeometry());
+        store.setValue(QStringLiteral("checkPanelExpanded"), window.checkPanel()->isExpanded());
+    });
+
     window.show();
+    if (!line.files.isEmpty())
+        QTimer::singleShot(0, &controller, [&controller, file = line.files.front()] { controller.openFile(file); });
     return QApplication::exec();
 }

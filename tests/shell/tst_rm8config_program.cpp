@@ -34,8 +34,9 @@ private slots:
         QTest::newRow("unknown option") << QStringList { "--dmeo" } << 2 << ""
                                         << "'dmeo'. (viz rm8config --help)";
         QTest::newRow("missing value") << QStringList { "--port" } << 2 << "" << "'--port'. (viz rm8config --help)";
-        QTest::newRow("file without --print-pdf") << QStringList { "a.eep" } << 2 << ""
-                                                  << "rm8config: soubor nastavení se zadává jen s volbou --print-pdf\n";
+        QTest::newRow("two files without --print-pdf")
+            << QStringList { "a.eep", "b.eep" } << 2 << ""
+            << "rm8config: v okně lze otevřít nejvýše jeden soubor nastavení, zadáno 2\n";
     }
     // Help, the version and a mistyped argument need no window: each prints
     // and ends, with no platform plugin asked for a display.
