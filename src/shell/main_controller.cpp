@@ -3,10 +3,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include <QDir>
 #include <QEvent>
 #include <QFile>
 #include <QFileDialog>
-#include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QUndoStack>
@@ -232,9 +232,8 @@ void MainController::recordStep(const std::string& name)
     takeEdits();
     if (auto step = settingsStep(name, top_, bench_.settings())) {
         top_ = bench_.settings();
-        history_->push(new SettingsCommand(std::move(*step), [this](const StationSettings& settings) {
-            putSettings(settings);
-        }));
+        history_->push(
+            new SettingsCommand(std::move(*step), [this](const StationSettings& settings) { putSettings(settings); }));
     }
     showModifiedMark();
 }
@@ -256,7 +255,8 @@ void MainController::markKept()
 void MainController::showHistory()
 {
     const auto step = [](bool can, const QString& text) { return can ? std::optional(text) : std::nullopt; };
-    window_.showHistory(step(history_->canUndo(), history_->undoText()), step(history_->canRedo(), history_->redoText()));
+    window_.showHistory(
+        step(history_->canUndo(), history_->undoText()), step(history_->canRedo(), history_->redoText()));
 }
 
 void MainController::undo()
@@ -413,8 +413,8 @@ bool MainController::offeredRemoval(const QString& path)
 {
     if (!recent_.paths().contains(path) || QFileInfo::exists(path))
         return false;
-    if (ui_.ask(MessageIcon::Question, missingFileQuestion(QDir::toNativeSeparators(path)).toStdString(),
-            Buttons::YesNo)
+    if (ui_.ask(
+            MessageIcon::Question, missingFileQuestion(QDir::toNativeSeparators(path)).toStdString(), Buttons::YesNo)
         == Answer::Yes) {
         recent_.remove(path);
         window_.showRecentFiles(recent_.paths());

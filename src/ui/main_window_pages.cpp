@@ -546,14 +546,15 @@ QWidget* MainWindow::buildTransferPanel()
         pair->addWidget(companion);
         return pair;
     };
-    const auto companion = [&](const char* name, const char* caption, const char* toolTip, QStyle::StandardPixmap icon) {
-        auto* button = named(new QToolButton, u8(name));
-        button->setText(u8(caption));
-        button->setToolTip(u8(toolTip));
-        button->setIcon(style()->standardIcon(icon));
-        button->setToolButtonStyle(Qt::ToolButtonIconOnly);
-        return button;
-    };
+    const auto companion
+        = [&](const char* name, const char* caption, const char* toolTip, QStyle::StandardPixmap icon) {
+              auto* button = named(new QToolButton, u8(name));
+              button->setText(u8(caption));
+              button->setToolTip(u8(toolTip));
+              button->setIcon(style()->standardIcon(icon));
+              button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+              return button;
+          };
     auto* load = command("btFileLoad", "Ze souboru", "Načíst nastavení ze souboru", QStyle::SP_DialogOpenButton);
     auto* recent = companion("btNedavne", "Nedávné soubory", "Nedávné soubory", QStyle::SP_FileDialogListView);
     recentMenu_ = new QMenu(recent);
@@ -565,7 +566,8 @@ QWidget* MainWindow::buildTransferPanel()
         command("btFileSave", "Do souboru", "Uložit nastavení do souboru", QStyle::SP_DialogSaveButton), 2, 1);
     auto* print = command("btTisk", "Tisk", "Tisk nastavení", QStyle::SP_FileDialogDetailedView);
     grid->addLayout(
-        withCompanion(print, companion("btNahled", "Náhled tisku", "Náhled tisku", QStyle::SP_FileDialogInfoView)), 3, 0);
+        withCompanion(print, companion("btNahled", "Náhled tisku", "Náhled tisku", QStyle::SP_FileDialogInfoView)), 3,
+        0);
     // What a load or a write would change, field by field.
     grid->addWidget(command("btPorovnatSoubor", "Porovnat se souborem…",
                         "Porovnat nastavení v okně s nastavením v souboru", QStyle::SP_FileDialogContentsView),
@@ -615,9 +617,10 @@ QWidget* MainWindow::buildProgramPanel()
     auto* quit = named(new QPushButton(u8("U&končit")), QStringLiteral("btKonec"));
     quit->setToolTip(u8("Ukončit program"));
     // The buttons show the step they would take in their tooltips.
-    auto* undo = named(new QPushButton(style()->standardIcon(QStyle::SP_ArrowBack), u8("Zpět")), QStringLiteral("btZpet"));
-    auto* redo
-        = named(new QPushButton(style()->standardIcon(QStyle::SP_ArrowForward), u8("Znovu")), QStringLiteral("btZnovu"));
+    auto* undo
+        = named(new QPushButton(style()->standardIcon(QStyle::SP_ArrowBack), u8("Zpět")), QStringLiteral("btZpet"));
+    auto* redo = named(
+        new QPushButton(style()->standardIcon(QStyle::SP_ArrowForward), u8("Znovu")), QStringLiteral("btZnovu"));
     layout->addWidget(undo);
     layout->addWidget(redo);
     layout->addWidget(about);

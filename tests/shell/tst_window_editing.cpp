@@ -508,7 +508,8 @@ private slots:
             recent.add(QStringLiteral("/nastaveni/%1.eep").arg(file));
         recent.add(QStringLiteral("/nastaveni/5.eep"));
         QCOMPARE(recent.paths().size(), shell::RecentFiles::kLimit);
-        QCOMPARE(recent.paths().mid(0, 3), (QStringList { "/nastaveni/5.eep", "/nastaveni/9.eep", "/nastaveni/8.eep" }));
+        QCOMPARE(
+            recent.paths().mid(0, 3), (QStringList { "/nastaveni/5.eep", "/nastaveni/9.eep", "/nastaveni/8.eep" }));
     }
 
     void droppedFiles_data() { rm8::test::addJsonCases("ui/opening_files.json"); }
