@@ -37,9 +37,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPixmap>
 #include <QPointer>
+#include <QPrintPreviewDialog>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
@@ -48,6 +50,7 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QToolTip>
 
 #include "flow/interaction.h"
 #include "link/port_map.h"
@@ -500,6 +503,57 @@ void shootEditing(rm8::ui::MainWindow& window, ScriptedTechnician& technician, C
     technician.showNextQuestionIn(nullptr);
 }
 
+// What a desktop editor adds: the step Zpět would take back, named in its
+// tooltip; the recent files; the print preview.
+void shootDesktopEditor(rm8::ui::MainWindow& window, rm8::shell::MainController& controller,
+    const QStringList& settingsFiles, Camera& camera, int& number, const std::function<void(const QString&)>& keep)
+{
+    say(QStringLiteral("nedávné soubory a krok zpět"));
+    for (const QString& file : settingsFiles) {
+        controller.openFile(file);
+        settle();
+    }
+    auto* name = window.field<QLineEdit>(QStringLiteral("tabJmenoStanice"));
+    auto* undo = window.field<QAbstractButton>(QStringLiteral("btZpet"));
+    auto* recent = window.field<QAbstractButton>(QStringLiteral("btNedavne"));
+    auto* preview = window.field<QAbstractButton>(QStringLiteral("btNahled"));
+    if (!name || !undo || !recent || !preview) {
+        keep(QStringLiteral("okno nemá tabJmenoStanice, btZpet, btNedavne nebo btNahled"));
+        return;
+    }
+    window.findChild<QTabWidget*>(QStringLiteral("TabList"))->setCurrentIndex(0);
+    window.activateWindow();
+    name->setFocus(Qt::MouseFocusReason);
+    settle();
+    name->setText(QStringLiteral("Vodárna Žďár"));
+    // Leaving the field makes it a step.
+    window.field<QLineEdit>(QStringLiteral("tabPIN"))->setFocus(Qt::TabFocusReason);
+    settle();
+    // Left of the button: beside it the tooltip would leave the window's picture.
+    QToolTip::showText(undo->mapToGlobal(QPoint(-160, undo->height())), undo->toolTip(), undo);
+    say(QStringLiteral("  %1").arg(undo->toolTip()));
+    keep(camera.shootScreenOver(window, numbered(number++, QStringLiteral("krok-zpet"))));
+    QToolTip::hideText();
+
+    auto* menu = recent->findChild<QMenu*>(QStringLiteral("mnuNedavne"));
+    if (menu == nullptr || menu->actions().isEmpty()) {
+        keep(QStringLiteral("seznam nedávných souborů je prázdný"));
+    } else {
+        menu->popup(recent->mapToGlobal(recent->rect().bottomLeft()));
+        keep(camera.shootScreenOver(window, numbered(number++, QStringLiteral("nedavne-soubory"))));
+        menu->hide();
+    }
+
+    say(QStringLiteral("náhled tisku"));
+    keep(duringModal<QPrintPreviewDialog>(
+        QStringLiteral("stisk btNahled"), [preview] { preview->click(); },
+        [&](QPrintPreviewDialog& dialog) {
+            dialog.resize(900, 760);
+            return camera.shoot(dialog, numbered(number++, QStringLiteral("nahled-tisku")));
+        },
+        [](QPrintPreviewDialog& dialog) { dialog.reject(); }));
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -649,6 +703,10 @@ int main(int argc, char* argv[])
     // 18 is the first page of the settings report, which the script adds.
     number = 19;
     shootEditing(window, technician, camera, number, keep);
+    const QDir examples = QFileInfo(QStringLiteral(RM8_SAMPLE_EEPROM)).dir();
+    shootDesktopEditor(window, controller,
+        { examples.filePath(QStringLiteral("pumping_station.eep")), parser.value(eepromOption) }, camera, number,
+        keep);
 
     // Out of programming mode, as a technician would leave the station.
     activate->click();
