@@ -38,6 +38,8 @@ TEST(SettingsStep, AnUnnamedChangeIsNamedAfterItsFirstField)
     after.tabOUTNazev[5] = "SIRENA";
     after.tabTC[0] = "+420601234567";
     EXPECT_EQ(changeStepName(before, after), "OUT6 Název");
+    after.tabINPNazev[0] = "DVERE";
+    EXPECT_EQ(changeStepName(before, after), "IN1 Název");
     after.tabPIN = "1234";
     EXPECT_EQ(changeStepName(before, after), "PIN SIM karty");
 }
