@@ -123,7 +123,7 @@ MainController::MainController(ui::MainWindow& window, Interaction& ui, Options 
         [this](RowTable table, int row) { runCommand([this, table, row] { editRow(table, row); }); });
     connect(&window_, &ui::MainWindow::settingsEdited, this, &MainController::showWhetherModified);
     connect(&window_, &ui::MainWindow::editFinished, this,
-        [this](const std::string& field, std::optional<std::size_t> row) { recordStep(fieldStepName(field, row)); });
+        [this](const std::string& field, FieldRow row) { recordStep(fieldStepName(field, row)); });
     connect(&window_, &ui::MainWindow::fileOpenRequested, this, &MainController::openFile);
     connect(history_, &QUndoStack::indexChanged, this, &MainController::showHistory);
     connect(history_, &QUndoStack::cleanChanged, this, &MainController::showModifiedMark);

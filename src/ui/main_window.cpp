@@ -430,7 +430,7 @@ std::optional<Notice> MainWindow::judgeField(const char* name, int row, QLineEdi
     if (outcome.verdict == LeaveVerdict::Replace)
         edit->setText(QString::fromStdString(outcome.text));
     applyFieldChanges(outcome.changes);
-    emit editFinished(name, row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row)));
+    emit editFinished(name, fieldRowOf(row));
     return std::nullopt;
 }
 
@@ -560,7 +560,7 @@ void MainWindow::connectEditSteps()
         const int rows = info.perRow() ? static_cast<int>(kRows) : 1;
         for (int row = 0; row < rows; ++row) {
             const QString widgetName = info.perRow() ? rowName(name, row) : name;
-            const auto at = info.perRow() ? std::optional(static_cast<std::size_t>(row)) : std::nullopt;
+            const FieldRow at = rowOfField(info, static_cast<std::size_t>(row));
             QStringList buttons { widgetName };
             if (info.shape == FieldShape::OptionPair)
                 buttons << optionPartner(widgetName);

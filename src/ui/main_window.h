@@ -132,8 +132,8 @@ signals:
     void settingsFilled();
     // An edit is complete: a field was left and accepted, a box or an
     // option clicked, an entry of a list chosen. Its consequences are in
-    // the fields already. row 0..7, nothing for a single field.
-    void editFinished(const std::string& field, std::optional<std::size_t> row);
+    // the fields already.
+    void editFinished(const std::string& field, rm8::FieldRow row);
     // A file chosen from the recent files or dropped on the window.
     void fileOpenRequested(const QString& path);
 

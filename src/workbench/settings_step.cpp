@@ -7,13 +7,12 @@
 
 namespace rm8 {
 
-std::string fieldStepName(std::string_view field, std::optional<std::size_t> row)
+std::string fieldStepName(std::string_view field, FieldRow row)
 {
     std::string caption(fieldCaption(field));
     if (caption.empty())
         caption = field;
-    // The captions count rows from 1, as the row labels do.
-    const std::string rowPart = row ? tableRowLabel(field, static_cast<int>(*row) + 1) : std::string();
+    const std::string rowPart = tableRowLabel(field, row);
     return rowPart.empty() ? caption : rowPart + " " + caption;
 }
 
@@ -23,9 +22,7 @@ std::string changeStepName(const StationSettings& before, const StationSettings&
     if (differences.empty())
         return {};
     const FieldDifference& first = differences.front();
-    // The differences count rows from 1, 0 for a single field.
-    return fieldStepName(
-        first.field, first.row > 0 ? std::optional(static_cast<std::size_t>(first.row - 1)) : std::nullopt);
+    return fieldStepName(first.field, first.row);
 }
 
 std::optional<SettingsStep> settingsStep(std::string name, const StationSettings& before, const StationSettings& after)

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "fields/table_rows.h"
 #include "settings/station_settings.h"
 
 namespace rm8 {
@@ -25,9 +26,9 @@ inline constexpr std::string_view kLoadStepName = "Načtení ze souboru";
 inline constexpr std::string_view kReadStepName = "Čtení ze stanice";
 
 // A field left or clicked: its row's label and its caption ("IN3 Název"),
-// the caption alone for a single field (row nothing), the name itself for
-// a field without a caption. row 0..7.
-std::string fieldStepName(std::string_view field, std::optional<std::size_t> row);
+// the caption alone for a single field, the name itself for a field
+// without a caption.
+std::string fieldStepName(std::string_view field, FieldRow row);
 
 // A change that came without its field named (text put into a field that
 // never had the focus): named after the first field it changed; empty
