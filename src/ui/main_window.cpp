@@ -136,7 +136,13 @@ MainWindow::MainWindow(QWidget* parent)
     setConnectionState(link::ConnectionState::Inactive);
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow()
+{
+    // A text field ends its editing when it loses the focus as the window's
+    // children go; by then this is no longer a MainWindow to tell.
+    for (QWidget* child : findChildren<QWidget*>())
+        child->blockSignals(true);
+}
 
 QWidget* MainWindow::field(const QString& name, int row) const
 {
