@@ -75,7 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     settings.tabDobaPlatnostiSMS = other;
     const auto report = rm8::checkConfiguration(settings, size);
     for (const auto& violation : report.violations)
-        if (violation.message.empty() || violation.field.empty() || violation.row < 0 || violation.row > 8)
+        if (violation.message.empty() || violation.field.empty() || (violation.row && *violation.row >= rm8::kRows))
             violated("a violation without a field, a row or a message");
     return 0;
 }
