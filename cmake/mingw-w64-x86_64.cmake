@@ -14,8 +14,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# A technician's laptop has no MinGW runtime DLLs: link them in.
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
+# A technician's laptop has no MinGW runtime DLLs: programs link them in
+# (-static, added per target by the project, since the programs on Qt share
+# Qt's runtime DLLs instead).
 
 find_program(RM8_WINE wine REQUIRED)
 set(CMAKE_CROSSCOMPILING_EMULATOR ${RM8_WINE})

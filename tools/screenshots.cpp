@@ -12,7 +12,11 @@
 // answering Ne to the question before the write.
 //
 //   rm8shots --out DIR [--eeprom FILE.eep] [--faulty FILE.eep] [--size-code N]
-//            [--simulator PATH]
+//            [--simulator PATH | --device PORT]
+//
+// With --device the station is whatever answers on that port (on Windows,
+// where rm8sim cannot run, a COM port that Wine maps onto rm8sim's
+// pseudo-terminal): the pictures then show the real serial line at work.
 
 #include <cstdio>
 #include <functional>
@@ -51,6 +55,10 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QToolTip>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
 
 #include "flow/interaction.h"
 #include "link/port_map.h"
@@ -186,6 +194,18 @@ public:
         const QImage picture = screen == nullptr
             ? QImage()
             : screen->grabWindow(0, area.x(), area.y(), area.width(), area.height()).toImage();
+        const QString path = folder_.filePath(name);
+        if (picture.isNull() || !picture.save(path, "PNG", 0))
+            return QStringLiteral("%1 nelze uložit").arg(path);
+        say(QStringLiteral("%1  %2x%3").arg(path).arg(picture.width()).arg(picture.height()));
+        return {};
+    }
+
+    // The whole screen the window is on, for a window of the system's own.
+    QString shootScreen(QWidget& window, const QString& name)
+    {
+        QScreen* screen = window.screen();
+        const QImage picture = screen == nullptr ? QImage() : screen->grabWindow(0).toImage();
         const QString path = folder_.filePath(name);
         if (picture.isNull() || !picture.save(path, "PNG", 0))
             return QStringLiteral("%1 nelze uložit").arg(path);
@@ -503,6 +523,44 @@ void shootEditing(rm8::ui::MainWindow& window, ScriptedTechnician& technician, C
     technician.showNextQuestionIn(nullptr);
 }
 
+// Ends the print dialog as a user's Storno would. On Windows it is the
+// system's own window, not a Qt widget: the foreground window is asked to close.
+void closePrintDialog(QWidget& window)
+{
+#ifdef Q_OS_WIN
+    HWND dialog = GetForegroundWindow();
+    if (dialog != nullptr && dialog != reinterpret_cast<HWND>(window.winId()))
+        PostMessageW(dialog, WM_CLOSE, 0, 0);
+#else
+    (void)window;
+    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+        dialog->reject();
+#endif
+}
+
+// The print dialog, photographed from the screen while it is open.
+void shootPrintDialog(
+    rm8::ui::MainWindow& window, Camera& camera, int& number, const std::function<void(const QString&)>& keep)
+{
+    auto* print = window.field<QAbstractButton>(QStringLiteral("btTisk"));
+    if (print == nullptr) {
+        keep(QStringLiteral("okno nemá btTisk"));
+        return;
+    }
+    say(QStringLiteral("tiskový dialog"));
+    bool shot = false;
+    // The dialog runs its own event loop; Qt's timers go on inside it.
+    QTimer::singleShot(2000, &window, [&] {
+        keep(camera.shootScreen(window, numbered(number++, QStringLiteral("tiskovy-dialog"))));
+        shot = true;
+        closePrintDialog(window);
+    });
+    print->click();
+    settle();
+    if (!shot)
+        keep(QStringLiteral("tiskový dialog se neotevřel"));
+}
+
 // What a desktop editor adds: the step Zpět would take back, named in its
 // tooltip; the recent files; the print preview.
 void shootDesktopEditor(rm8::ui::MainWindow& window, rm8::shell::MainController& controller,
@@ -552,6 +610,8 @@ void shootDesktopEditor(rm8::ui::MainWindow& window, rm8::shell::MainController&
             return camera.shoot(dialog, numbered(number++, QStringLiteral("nahled-tisku")));
         },
         [](QPrintPreviewDialog& dialog) { dialog.reject(); }));
+
+    shootPrintDialog(window, camera, number, keep);
 }
 
 } // namespace
@@ -577,7 +637,9 @@ int main(int argc, char* argv[])
         QStringLiteral("Kód velikosti paměti simulované stanice (0..9)."), QStringLiteral("N"), QStringLiteral("6"));
     const QCommandLineOption simulatorOption(
         QStringLiteral("simulator"), QStringLiteral("Program rm8sim."), QStringLiteral("CESTA"));
-    parser.addOptions({ outOption, eepromOption, faultyOption, sizeOption, simulatorOption });
+    const QCommandLineOption deviceOption(QStringLiteral("device"),
+        QStringLiteral("Port se stanicí místo simulátoru (např. COM5)."), QStringLiteral("PORT"));
+    parser.addOptions({ outOption, eepromOption, faultyOption, sizeOption, simulatorOption, deviceOption });
     parser.process(app);
     if (!parser.isSet(outOption)) {
         std::fprintf(stderr, "rm8shots: --out SLOŽKA je povinná\n");
@@ -592,33 +654,40 @@ int main(int argc, char* argv[])
     // The simulator writes its EEPROM back into the file on exit; the sample
     // itself stays as it is.
     QTemporaryDir scratch;
-    const QString eeprom = scratch.filePath(QStringLiteral("station.eep"));
-    if (!scratch.isValid() || !QFile::copy(parser.value(eepromOption), eeprom)) {
-        std::fprintf(stderr, "rm8shots: soubor %s nelze zkopírovat\n", qPrintable(parser.value(eepromOption)));
-        return 2;
-    }
-    const QString simulator
-        = parser.isSet(simulatorOption) ? parser.value(simulatorOption) : rm8::shell::DemoStation::findSimulator();
-    if (simulator.isEmpty()) {
-        std::fprintf(stderr, "rm8shots: program rm8sim nebyl nalezen vedle programu ani v cestě PATH\n");
-        return 2;
-    }
     rm8::shell::DemoStation demo;
-    const auto device = demo.start(
-        simulator, { QStringLiteral("--eeprom"), eeprom, QStringLiteral("--size-code"), parser.value(sizeOption) });
-    if (!device) {
-        std::fprintf(stderr, "rm8shots: %s\n", qPrintable(device.error()));
-        return 1;
+    QString device = parser.value(deviceOption);
+    if (device.isEmpty()) {
+        const QString eeprom = scratch.filePath(QStringLiteral("station.eep"));
+        if (!scratch.isValid() || !QFile::copy(parser.value(eepromOption), eeprom)) {
+            std::fprintf(stderr, "rm8shots: soubor %s nelze zkopírovat\n", qPrintable(parser.value(eepromOption)));
+            return 2;
+        }
+        const QString simulator = parser.isSet(simulatorOption) ? parser.value(simulatorOption)
+                                                                : rm8::shell::DemoStation::findSimulator();
+        if (simulator.isEmpty()) {
+            std::fprintf(stderr, "rm8shots: program rm8sim nebyl nalezen vedle programu ani v cestě PATH\n");
+            return 2;
+        }
+        const auto started = demo.start(
+            simulator, { QStringLiteral("--eeprom"), eeprom, QStringLiteral("--size-code"), parser.value(sizeOption) });
+        if (!started) {
+            std::fprintf(stderr, "rm8shots: %s\n", qPrintable(started.error()));
+            return 1;
+        }
+        device = *started;
+        say(QStringLiteral("simulovaná stanice: %1").arg(device));
+    } else {
+        say(QStringLiteral("stanice na portu %1").arg(device));
     }
-    say(QStringLiteral("simulovaná stanice: %1").arg(*device));
 
     // As rm8config --demo, except that the remembered port assignments are
     // not read: the pictures must not depend on whose machine made them.
     rm8::link::PortMap ports = rm8::link::PortMap::platformDefault();
-    ports.set(1, device->toStdString());
+    ports.set(1, device.toStdString());
 
     rm8::ui::MainWindow window;
-    window.setWindowTitle(window.windowTitle() + QStringLiteral(" (demo)"));
+    if (!parser.isSet(deviceOption))
+        window.setWindowTitle(window.windowTitle() + QStringLiteral(" (demo)"));
     ScriptedTechnician technician;
     rm8::shell::MainController::Options options;
     options.ports = ports;
@@ -675,7 +744,7 @@ int main(int argc, char* argv[])
     activate->click();
     settle();
     if (activate->text() != QStringLiteral("Deaktivovat")) {
-        std::fprintf(stderr, "rm8shots: the demo station was not activated\n");
+        std::fprintf(stderr, "rm8shots: the station was not activated\n");
         return 1;
     }
     const int complaintsBefore = technician.complaints();
@@ -683,7 +752,7 @@ int main(int argc, char* argv[])
     read->click();
     // Every read ends with a message; a warning or an error means it failed.
     if (technician.messages() == messagesBefore || technician.complaints() != complaintsBefore) {
-        std::fprintf(stderr, "rm8shots: reading the demo station failed\n");
+        std::fprintf(stderr, "rm8shots: reading the station failed\n");
         return 1;
     }
     keep(camera.shoot(window, numbered(number++, QStringLiteral("nacteno"))));

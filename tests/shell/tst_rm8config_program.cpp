@@ -8,11 +8,13 @@
 
 namespace {
 
+#ifdef Q_OS_LINUX
 QByteArray fromProc(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
+#endif
 
 } // namespace
 
@@ -69,6 +71,9 @@ private slots:
     // ended it is gone, or a zombie waiting for whoever adopted it.
     void demoStationEndsWithAKilledProgram()
     {
+#ifndef Q_OS_LINUX
+        QSKIP("the demo station needs a pseudo-terminal, which only Linux gives it");
+#else
         // The remembered port assignments of the run stay out of the user's own settings.
         qputenv("XDG_CONFIG_HOME", QDir::tempPath().toLocal8Bit() + "/rm8config-test-config");
         QProcess program;
@@ -84,6 +89,7 @@ private slots:
         QVERIFY(program.waitForFinished(20000));
         const auto stat = [&] { return fromProc(QStringLiteral("/proc/%1/stat").arg(simulator)); };
         QTRY_VERIFY_WITH_TIMEOUT(stat().isEmpty() || stat().contains("(rm8sim) Z"), 10000);
+#endif
     }
 };
 

@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# Pictures of the Windows build for the README, into
+# docs/screenshots/windows-*.png: the window of rm8config.exe as it opens a
+# settings file, and rm8shots.exe (the same window, controller and dialogs,
+# driven by a script) reading a station through COM5, one of its row dialogs,
+# the print preview and the print dialog. Everything runs under Wine on a
+# virtual screen (Xvfb); COM5 is rm8sim's pseudo-terminal.
+#
+# Needs the Qt for Windows from scripts/windows-qt.sh.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/install-deps.sh
+for tool in xwd:x11-apps xwdtopnm:netpbm; do
+  command -v "${tool%%:*}" >/dev/null || DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${tool##*:}" >/dev/null
+done
+
+build=build/windows
+cmake --preset windows >/dev/null
+cmake --build --preset windows --target rm8config rm8shots
+[[ -f $build/src/rm8config.exe ]] || { echo "windows-screenshots: no rm8config.exe: make Qt for Windows with scripts/windows-qt.sh" >&2; exit 1; }
+cmake --build --preset dev --target rm8sim
+
+export WINEDEBUG=-all
+export WINEPREFIX=$PWD/$build/wine-screens
+run=$(mktemp -d)
+sim_pid=
+xvfb_pid=
+cleanup() {
+  [[ -n $sim_pid ]] && kill "$sim_pid" 2>/dev/null
+  wineserver -k 2>/dev/null || true
+  [[ -n $xvfb_pid ]] && kill "$xvfb_pid" 2>/dev/null
+  rm -rf "$run"
+}
+trap cleanup EXIT
+
+[[ -d $WINEPREFIX ]] || wineboot -i >/dev/null 2>&1
+# A screen of our own; Wine draws each window as an X window on it.
+display=:$((90 + RANDOM % 100))
+Xvfb "$display" -screen 0 1600x1000x24 -nolisten tcp &
+xvfb_pid=$!
+export DISPLAY=$display
+sleep 2
+
+cp examples/water_tower.eep "$run/station.eep"
+./build/dev/src/rm8sim --eeprom "$run/station.eep" --link "$WINEPREFIX/dosdevices/com5" >"$run/sim.out" &
+sim_pid=$!
+for _ in $(seq 50); do [[ -e $WINEPREFIX/dosdevices/com5 ]] && break; sleep 0.1; done
+
+out=docs/screenshots
+rm -f "$out"/windows-*.png
+
+# rm8config.exe itself, opening a settings file as the Explorer would.
+wine "$build/src/rm8config.exe" examples/water_tower.eep &
+program=$!
+sleep 12
+xwd -root -silent | xwdtopnm 2>/dev/null | pnmtopng > "$out/windows-01-rm8config.png"
+kill "$program" 2>/dev/null || true
+wineserver -k 2>/dev/null || true
+wait "$program" 2>/dev/null || true
+
+# The scripted technician on COM5.
+wine "$build/src/rm8shots.exe" --out "$run/shots" --device COM5 --faulty examples/faulty_station.eep
+pick() { cp "$run/shots/$1.png" "$out/windows-$2.png"; }
+pick 10-nacteno 02-nacteno-z-COM5
+pick 19-dialog-vstup 03-dialog-vstup
+pick 21-dialog-analog 04-dialog-analog
+pick 28-otazka-pred-zapisem 05-otazka-pred-zapisem
+pick 31-nahled-tisku 06-nahled-tisku
+pick 32-tiskovy-dialog 07-tiskovy-dialog
+ls -l "$out"/windows-*.png
