@@ -27,6 +27,9 @@ if(EXISTS ${RM8_QT_WINDOWS_PREFIX}/translations/qtbase_cs.qm)
        COMMAND ${CMAKE_COMMAND} -E copy_if_different ${RM8_QT_WINDOWS_PREFIX}/translations/qtbase_cs.qm
                ${_rm8_runtime_dir}/translations)
 endif()
+# Qt would look for its translations beside the folder above its DLLs; the
+# program's folder is its whole installation.
+file(WRITE ${_rm8_runtime_dir}/qt.conf "[Paths]\nPrefix=.\n")
 add_custom_target(rm8_windows_runtime ALL ${_rm8_copy_commands}
   COMMENT "Qt and the MinGW runtime beside rm8config.exe" VERBATIM)
 

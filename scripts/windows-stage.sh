@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The Windows build, proved under Wine: builds the windows preset (the core,
-# rm8ctl.exe, the core's unit tests), runs the unit tests under Wine, the
+# rm8ctl.exe, the core's unit tests, and with the Qt of scripts/windows-qt.sh
+# rm8config.exe and the window tests), runs the unit tests under Wine, the
 # serial-line contract for the Win32 line, and rm8ctl.exe against rm8sim on a
 # pseudo-terminal that the run's own Wine prefix maps as COM5. Needs the dev
 # build's rm8sim (the debug stage makes it; built here when missing). No
@@ -24,6 +25,11 @@ cleanup() {
 trap cleanup EXIT
 
 ctest --preset windows -j2
+if [[ -f $build/src/rm8config.exe ]]; then
+  echo "rm8config.exe built; the window tests ran under Wine with the rest"
+else
+  echo "rm8config.exe and the window tests under Wine: skipped, no Qt for Windows in the cache (bash scripts/windows-qt.sh makes it, about an hour)"
+fi
 
 # The same session for what follows: ctest has stopped its own.
 sh cmake/wine-session.sh start

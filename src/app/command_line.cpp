@@ -61,15 +61,15 @@ std::variant<CommandLine, int> parseCommandLine(int argc, char* argv[])
         QStringLiteral("[SOUBOR]"));
 
     if (!parser.parse(QCoreApplication::arguments())) {
-        std::fprintf(stderr, "rm8config: %s (viz rm8config --help)\n", qPrintable(parser.errorText()));
+        std::fprintf(stderr, "rm8config: %s (viz rm8config --help)\n", qUtf8Printable(parser.errorText()));
         return 2;
     }
     if (parser.isSet(help)) {
-        std::fputs(qPrintable(parser.helpText()), stdout);
+        std::fputs(qUtf8Printable(parser.helpText()), stdout);
         return 0;
     }
     if (parser.isSet(version)) {
-        std::printf("%s %s\n", qPrintable(shell::programName()), qPrintable(shell::programVersion()));
+        std::printf("%s %s\n", qUtf8Printable(shell::programName()), qUtf8Printable(shell::programVersion()));
         return 0;
     }
     CommandLine line;

@@ -13,13 +13,13 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QFile>
 #include <QMessageBox>
 #include <QSettings>
 #include <QTimer>
 
 #include "app/command_line.h"
 #include "ctl/configuration_input.h"
+#include "platform/console.h"
 #include "report/report_content.h"
 #include "shell/application_info.h"
 #include "shell/demo_station.h"
@@ -43,7 +43,7 @@ int printPdf(const QString& target, const QStringList& files)
     }
     rm8::StationSettings settings;
     if (!files.isEmpty()) {
-        auto loaded = rm8::ctl::loadConfiguration(QFile::encodeName(files.front()).toStdString());
+        auto loaded = rm8::ctl::loadConfiguration(files.front().toStdString());
         if (!loaded) {
             std::fprintf(stderr, "rm8config: %s\n", loaded.error().c_str());
             return 2;
@@ -54,8 +54,8 @@ int printPdf(const QString& target, const QStringList& files)
     window.fillSettings(settings);
     window.readSettings(settings);
     if (auto written = rm8::shell::writeReportPdf(target, rm8::report::buildReport(settings)); !written) {
-        std::fprintf(stderr, "rm8config: Soubor '%s' nelze zapsat: %s\n", qPrintable(target),
-                     qPrintable(written.error()));
+        std::fprintf(stderr, "rm8config: Soubor '%s' nelze zapsat: %s\n", qUtf8Printable(target),
+                     qUtf8Printable(written.error()));
         return 2;
     }
     return 0;
@@ -65,6 +65,8 @@ int printPdf(const QString& target, const QStringList& files)
 
 int main(int argc, char* argv[])
 {
+    // What it prints (help, version, a refused argument) is UTF-8, as on Linux.
+    rm8::platform::useUtf8Console();
     const auto parsed = rm8::app::parseCommandLine(argc, argv);
     if (const int* status = std::get_if<int>(&parsed))
         return *status;
@@ -77,7 +79,7 @@ int main(int argc, char* argv[])
         // A script reads one line on failure, not Qt's remarks on its setup.
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
             if (type == QtCriticalMsg || type == QtFatalMsg)
-                std::fprintf(stderr, "rm8config: %s\n", qPrintable(text));
+                std::fprintf(stderr, "rm8config: %s\n", qUtf8Printable(text));
         });
     }
     QApplication app(argc, argv);
@@ -90,7 +92,7 @@ int main(int argc, char* argv[])
     rm8::shell::loadPortAssignments(remembered, ports);
     for (const QString& assignment : line.portAssignments) {
         if (auto assigned = ports.assign(assignment.toStdString()); !assigned) {
-            std::fprintf(stderr, "rm8config: --port %s: %s\n", qPrintable(assignment), assigned.error().c_str());
+            std::fprintf(stderr, "rm8config: --port %s: %s\n", qUtf8Printable(assignment), assigned.error().c_str());
             return 2;
         }
     }

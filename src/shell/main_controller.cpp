@@ -17,7 +17,11 @@
 #include "fields/settings_json.h"
 #include "flow/messages.h"
 #include "report/report_content.h"
+#ifdef RM8_QT_SERIALPORT
 #include "serial/qt_serial_line.h"
+#else
+#include "link/serial_line_factory.h"
+#endif
 #include "shell/about_dialog.h"
 #include "shell/application_info.h"
 #include "shell/port_settings_dialog.h"
@@ -61,9 +65,13 @@ QString missingFileQuestion(const QString& path)
 
 } // namespace
 
-std::unique_ptr<link::SerialLine> makeQtSerialLine(const std::string& device)
+std::unique_ptr<link::SerialLine> makeSystemLine(const std::string& device)
 {
+#ifdef RM8_QT_SERIALPORT
     return std::make_unique<serial::QtSerialLine>(QString::fromStdString(device));
+#else
+    return link::makeSerialLine(device);
+#endif
 }
 
 std::optional<QString> chooseSettingsFile(QWidget* owner, FileDialogKind kind)
@@ -95,7 +103,7 @@ MainController::MainController(ui::MainWindow& window, Interaction& ui, Options 
     , window_(window)
     , ui_(ui)
     , ports_(std::move(options.ports))
-    , makeLine_(options.lineFactory ? std::move(options.lineFactory) : LineFactory(makeQtSerialLine))
+    , makeLine_(options.lineFactory ? std::move(options.lineFactory) : LineFactory(makeSystemLine))
     , chooseFile_(options.fileChooser ? std::move(options.fileChooser) : FileChooser([this](FileDialogKind kind) {
         return chooseSettingsFile(&window_, kind);
     }))

@@ -41,7 +41,7 @@ enum class FileDialogKind { Open, Save };
 class MainController : public QObject {
     Q_OBJECT
 public:
-    // Makes the line for a device path; the default is a QSerialPort line.
+    // Makes the line for a device path; the default is makeSystemLine.
     using LineFactory = std::function<std::unique_ptr<link::SerialLine>(const std::string& device)>;
     // The path the technician chose, or nothing when the dialog was
     // cancelled. The default is a file dialog with the filter "EEPROM (*.eep)".
@@ -149,8 +149,9 @@ private:
     bool closePending_ = false;
 };
 
-// The line the program uses on a real port.
-std::unique_ptr<link::SerialLine> makeQtSerialLine(const std::string& device);
+// The line the program uses on a real port: QSerialPort where Qt has it,
+// else the core's line of the system (Windows builds without Qt Serial Port).
+std::unique_ptr<link::SerialLine> makeSystemLine(const std::string& device);
 
 // The open or save dialog for settings files.
 std::optional<QString> chooseSettingsFile(QWidget* owner, FileDialogKind kind);

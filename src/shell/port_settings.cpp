@@ -1,6 +1,10 @@
 #include "shell/port_settings.h"
 
+#ifdef RM8_QT_SERIALPORT
 #include <QSerialPortInfo>
+#else
+#include "link/system_ports.h"
+#endif
 #include <QSettings>
 
 namespace rm8::shell {
@@ -41,12 +45,17 @@ void savePortAssignments(QSettings& store, const link::PortMap& ports)
 std::vector<SystemPort> systemSerialPorts()
 {
     std::vector<SystemPort> ports;
+#ifndef RM8_QT_SERIALPORT
+    for (const link::SystemPort& port : link::systemSerialPorts())
+        ports.push_back({QString::fromStdString(port.device), QString::fromStdString(port.description)});
+#else
     for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
         QString description = info.description();
         if (!info.manufacturer().isEmpty() && !description.contains(info.manufacturer()))
             description += description.isEmpty() ? info.manufacturer() : QStringLiteral(" (%1)").arg(info.manufacturer());
         ports.push_back({info.systemLocation(), description});
     }
+#endif
     return ports;
 }
 

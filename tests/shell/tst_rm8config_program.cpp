@@ -58,8 +58,10 @@ private slots:
         QVERIFY(program.waitForFinished(20000));
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
         QCOMPARE(program.exitCode(), status);
-        const QString printed = QString::fromUtf8(program.readAllStandardOutput());
-        const QString errors = QString::fromUtf8(program.readAllStandardError());
+        // A Windows program ends its printed lines with \r\n.
+        const auto text = [](const QByteArray& bytes) { return QString::fromUtf8(bytes).replace(QStringLiteral("\r\n"), QStringLiteral("\n")); };
+        const QString printed = text(program.readAllStandardOutput());
+        const QString errors = text(program.readAllStandardError());
         QVERIFY2(out.isEmpty() ? printed.isEmpty() : printed.contains(out), qPrintable(printed));
         QVERIFY2(err.isEmpty() ? errors.isEmpty() : errors.contains(err), qPrintable(errors));
         if (status != 0)
