@@ -9,10 +9,13 @@
 #      and everything is gone again.
 #   2. /D= a folder with a space and Czech letters, with .eep already owned
 #      by another program; installed a second time without /D, as an update
-#      is, into the same folder; the program runs from there, and the
-#      uninstaller (run in place with _?=) hands the extension back.
+#      is, into the same folder; the program runs from there; a settings
+#      file with a space and Czech letters in its path, opened as the
+#      Explorer opens it, is loaded into the window; the uninstaller (run in
+#      place with _?=) hands the extension back.
 # Takes the files scripts/windows-package.sh made in dist/ (or RM8_DIST_DIR).
-# Needs no display. Exits non-zero with one line saying what failed.
+# Needs no display (the window's step brings a virtual one). Exits non-zero
+# with one line saying what failed.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
@@ -24,7 +27,7 @@ die() { printf 'windows-installer-check: %s\n' "$*" >&2; exit 1; }
 # Closes a step: its name and how long it took.
 done_step() { say "$1 ($((SECONDS - step_started)) s)"; step_started=$SECONDS; }
 
-need_packages=(wine wine64 unzip poppler-utils fonts-liberation2)
+need_packages=(wine wine64 unzip poppler-utils fonts-liberation2 xvfb xdotool)
 missing=()
 for p in "${need_packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
@@ -175,6 +178,55 @@ check_programs() { # unix folder, windows folder
   say "  $win: --help in Czech; --print-pdf wrote $(stat -c %s "$drive_c/report.pdf") bytes"
 }
 
+# The files the program keeps as recently opened, one a line: a string
+# list in its settings, which Qt stores as REG_MULTI_SZ (hex(7) in UTF-16
+# in an export, over lines that end in a backslash).
+recent_files() {
+  rm -f "$drive_c/rm8-check.reg"
+  wine reg export 'HKCU\Software\RM8\rm8config' 'C:\rm8-check.reg' /y >/dev/null 2>&1 || return 0
+  iconv -f UTF-16 -t UTF-8 "$drive_c/rm8-check.reg" | tr -d '\r' \
+    | awk '/^"recentFiles"=hex\(7\):/ { on = 1; sub(/^[^:]*:/, "") } on { line = $0; sub(/\\$/, "", line); printf "%s", line; if ($0 !~ /\\$/) exit }' \
+    | tr -d ' ' | tr ',' '\n' | sed -n 's/^\([0-9a-f][0-9a-f]\)$/\\x\1/p' | tr -d '\n' \
+    | { IFS= read -r escaped || true; printf '%b' "$escaped"; } | iconv -f UTF-16LE -t UTF-8 | tr '\0' '\n'
+}
+
+# A settings file opened as the Explorer opens it: Windows' shell looks up
+# .eep and starts the command of its type. The program then says in a box
+# titled RM8 whether it read the file, and keeps a file it read among the
+# recent ones; that entry in its settings is the proof. A window needs a
+# display: a virtual one, for this step only.
+check_association_opens() { # the file's Windows path
+  local file_win=$1 file_qt xvfb_pid display entries=
+  file_qt=${file_win//\\//}
+  Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3> "$run/display" 2>/dev/null &
+  xvfb_pid=$!
+  for _ in $(seq 100); do [[ -s $run/display ]] && break; sleep 0.1; done
+  display=$(cat "$run/display") && [[ -n $display ]] || die "Xvfb did not start"
+  # Wine's desktop lives as long as its session, and one begun without a
+  # display shows no window: a new session for the display.
+  wineserver -k 2>/dev/null || true
+  wineserver -w
+  DISPLAY=:$display wine start "$file_win" >/dev/null 2>&1 || die "wine start '$file_win' failed"
+  DISPLAY=:$display timeout 60 xdotool search --sync --onlyvisible --name '^RM8$' >/dev/null \
+    || die "opening $file_win showed no box of rm8config within 60 s"
+  # OK, until the box is gone: a key pressed before the box has the focus
+  # goes nowhere.
+  for _ in $(seq 30); do
+    DISPLAY=:$display xdotool search --onlyvisible --name '^RM8$' >/dev/null 2>&1 || break
+    DISPLAY=:$display xdotool key Return
+    sleep 1
+  done
+  for _ in $(seq 50); do
+    entries=$(recent_files)
+    grep -qxF "$file_qt" <<< "$entries" && break
+    sleep 0.2
+  done
+  wineserver -k 2>/dev/null || true
+  kill "$xvfb_pid" 2>/dev/null; wait "$xvfb_pid" 2>/dev/null || true
+  grep -qxF "$file_qt" <<< "$entries" \
+    || die "opening $file_win did not load it into rm8config (recent files: ${entries:-none})"
+}
+
 check_removed() { # unix folder, windows folder
   local dir=$1 win=$2
   [[ ! -e $dir ]] || die "$win is still there after the uninstall: $(find "$dir" -mindepth 1 | head -n 3 | tr '\n' ' ')"
@@ -226,6 +278,10 @@ expect_value 'HKCR\.eep' rm8config.previous "$owner"
 done_step "round 2: installed again, over the first, in $win"
 check_programs "$dir" "$win"
 done_step "round 2: installed programs ran"
+mkdir -p "$drive_c/Moje stanice"
+cp "$example" "$drive_c/Moje stanice/Vodárna Kopanina.eep"
+check_association_opens 'C:\Moje stanice\Vodárna Kopanina.eep'
+done_step "round 2: C:\Moje stanice\Vodárna Kopanina.eep opened through the .eep type loaded into rm8config"
 
 # In place: the uninstaller waits for its own work and stays itself.
 mapfile -d '' -t words < <(as_words "_?=$win")
