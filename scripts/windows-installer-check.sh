@@ -53,8 +53,10 @@ export LC_ALL=C.UTF-8
 export WINEDEBUG=-all
 run=$(mktemp -d)
 export WINEPREFIX=$run/prefix
+xvfb_pid=
 cleanup() {
   wineserver -k 2>/dev/null || true
+  [[ -z $xvfb_pid ]] || kill "$xvfb_pid" 2>/dev/null || true
   rm -rf "$run"
 }
 trap cleanup EXIT
@@ -196,7 +198,7 @@ recent_files() {
 # recent ones; that entry in its settings is the proof. A window needs a
 # display: a virtual one, for this step only.
 check_association_opens() { # the file's Windows path
-  local file_win=$1 file_qt xvfb_pid display entries=
+  local file_win=$1 file_qt display entries=
   file_qt=${file_win//\\//}
   Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3> "$run/display" 2>/dev/null &
   xvfb_pid=$!
@@ -223,6 +225,7 @@ check_association_opens() { # the file's Windows path
   done
   wineserver -k 2>/dev/null || true
   kill "$xvfb_pid" 2>/dev/null; wait "$xvfb_pid" 2>/dev/null || true
+  xvfb_pid=
   grep -qxF "$file_qt" <<< "$entries" \
     || die "opening $file_win did not load it into rm8config (recent files: ${entries:-none})"
 }
