@@ -66,6 +66,7 @@ int printPdf(const QString& target, const QStringList& files)
 int main(int argc, char* argv[])
 {
     // What it prints (help, version, a refused argument) is UTF-8, as on Linux.
+    rm8::platform::attachParentConsole();
     rm8::platform::useUtf8Console();
     const auto parsed = rm8::app::parseCommandLine(argc, argv);
     if (const int* status = std::get_if<int>(&parsed))
@@ -76,6 +77,12 @@ int main(int argc, char* argv[])
     if (line.printPdf) {
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
+#ifdef Q_OS_WIN
+        // Off the screen Qt looks for fonts only in a folder of its own; the
+        // report's fonts are the system's.
+        if (qEnvironmentVariableIsEmpty("QT_QPA_FONTDIR"))
+            qputenv("QT_QPA_FONTDIR", qgetenv("WINDIR") + "\\Fonts");
+#endif
         // A script reads one line on failure, not Qt's remarks on its setup.
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
             if (type == QtCriticalMsg || type == QtFatalMsg)

@@ -7,6 +7,11 @@ namespace rm8::platform {
 // told; a POSIX terminal takes the bytes as they are.
 void useUtf8Console();
 
+// A window program has no console of its own; started from one (cmd), it
+// writes its help, version and refusals there. Output sent to a file or a
+// pipe stays where it goes. Nothing to do on POSIX.
+void attachParentConsole();
+
 // Whether the error stream goes to a person's terminal rather than a file or
 // a pipe.
 bool errorStreamIsTerminal();

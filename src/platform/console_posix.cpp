@@ -18,6 +18,8 @@ void onSignal(int)
 
 } // namespace
 
+void attachParentConsole() { }
+
 void useUtf8Console()
 {
 }

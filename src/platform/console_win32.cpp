@@ -22,6 +22,16 @@ BOOL WINAPI onConsoleEvent(DWORD event)
 
 } // namespace
 
+void attachParentConsole()
+{
+    if (GetFileType(GetStdHandle(STD_ERROR_HANDLE)) != FILE_TYPE_UNKNOWN)
+        return;
+    if (!AttachConsole(ATTACH_PARENT_PROCESS))
+        return;
+    (void)std::freopen("CONOUT$", "w", stdout);
+    (void)std::freopen("CONOUT$", "w", stderr);
+}
+
 void useUtf8Console()
 {
     SetConsoleOutputCP(CP_UTF8);
