@@ -14,6 +14,15 @@ for tool in xwd:x11-apps xwdtopnm:netpbm xdotool:xdotool; do
   command -v "${tool%%:*}" >/dev/null || DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${tool##*:}" >/dev/null
 done
 
+# A printer for the print dialog: Wine offers the printers of CUPS, and
+# cups-pdf is one that needs no paper.
+for package in cups cups-bsd printer-driver-cups-pdf; do
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' \
+    || DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "$package" >/dev/null
+done
+pgrep -x cupsd >/dev/null || { /usr/sbin/cupsd && sleep 2; }
+lpstat -p PDF >/dev/null 2>&1 || lpadmin -p PDF -E -v cups-pdf:/ -m lsb/usr/cups-pdf/CUPS-PDF_opt.ppd 2>/dev/null
+
 build=build/windows
 cmake --preset windows >/dev/null
 cmake --build --preset windows --target rm8config rm8shots
@@ -67,8 +76,8 @@ wineserver -k >/dev/null 2>&1 || true
 wait "$program" 2>/dev/null || true
 
 # The scripted technician on COM5.
-# Wine has no printer here, so the print dialog does not open: rm8shots
-# says so and the run goes on with the other pictures.
+# Should a picture fail (the print dialog without a printer, say), rm8shots
+# says so and the run goes on with the others.
 wine "$build/src/rm8shots.exe" $engine --out "$run/shots" --device COM5 --faulty examples/faulty_station.eep \
   || echo "windows-screenshots: rm8shots.exe missed some pictures (above)"
 pick() { [[ -f $run/shots/$1.png ]] && cp "$run/shots/$1.png" "$out/windows-$2.png" || echo "no picture $1"; }
