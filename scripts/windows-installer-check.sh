@@ -27,18 +27,9 @@ die() { printf 'windows-installer-check: %s\n' "$*" >&2; exit 1; }
 # Closes a step: its name and how long it took.
 done_step() { say "$1 ($((SECONDS - step_started)) s)"; step_started=$SECONDS; }
 
-need_packages=(wine wine64 unzip poppler-utils fonts-liberation2 xvfb xdotool)
-missing=()
-for p in "${need_packages[@]}"; do
-  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
-done
-if ((${#missing[@]})); then
-  [[ $(id -u) -eq 0 ]] || die "missing packages (run as root or install them): ${missing[*]}"
-  say "installing ${missing[*]}"
-  DEBIAN_FRONTEND=noninteractive apt-get update -q >/dev/null
-  DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}" >/dev/null \
-    || die "could not install ${missing[*]}"
-fi
+# shellcheck source=lib/packages.sh
+source "$root/scripts/lib/packages.sh"
+ensure_packages wine wine64 unzip poppler-utils fonts-liberation2 xvfb xdotool || exit 1
 
 version=$(sed -n 's/^project(rm8config VERSION \([0-9][0-9.]*\).*/\1/p' CMakeLists.txt)
 [[ -n $version ]] || die "no version in project(rm8config VERSION ...) of CMakeLists.txt"

@@ -22,18 +22,9 @@ started=$SECONDS
 say() { printf '[windows-package %3ds] %s\n' $((SECONDS - started)) "$*"; }
 die() { printf 'windows-package: %s\n' "$*" >&2; exit 1; }
 
-need_packages=(zip nsis binutils-mingw-w64-x86-64 g++-mingw-w64-x86-64-posix cmake ninja-build)
-missing=()
-for p in "${need_packages[@]}"; do
-  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
-done
-if ((${#missing[@]})); then
-  [[ $(id -u) -eq 0 ]] || die "missing packages (run as root or install them): ${missing[*]}"
-  say "installing ${missing[*]}"
-  DEBIAN_FRONTEND=noninteractive apt-get update -q >/dev/null
-  DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}" >/dev/null \
-    || die "could not install ${missing[*]}"
-fi
+# shellcheck source=lib/packages.sh
+source "$root/scripts/lib/packages.sh"
+ensure_packages zip nsis binutils-mingw-w64-x86-64 g++-mingw-w64-x86-64-posix cmake ninja-build || exit 1
 
 version=$(sed -n 's/^project(rm8config VERSION \([0-9][0-9.]*\).*/\1/p' CMakeLists.txt)
 [[ $version =~ ^[0-9]+\.[0-9]+\.[0-9]+$ ]] || die "no version x.y.z in project(rm8config VERSION ...) of CMakeLists.txt"

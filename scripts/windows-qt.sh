@@ -23,18 +23,9 @@ say() { printf '[windows-qt %4ds] %s\n' $((SECONDS - started)) "$*"; }
 die() { printf 'windows-qt: %s\n' "$*" >&2; exit 1; }
 
 # The host's Qt decides the version: its tools generate code for the target.
-need_packages=(qt6-base-dev qt6-base-dev-tools qt6-translations-l10n
-  g++-mingw-w64-x86-64-posix cmake ninja-build xz-utils ca-certificates)
-missing=()
-for p in "${need_packages[@]}"; do
-  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
-done
-if ((${#missing[@]})); then
-  [[ $(id -u) -eq 0 ]] || die "missing packages (run as root or install them): ${missing[*]}"
-  say "installing ${missing[*]}"
-  DEBIAN_FRONTEND=noninteractive apt-get update -q >/dev/null
-  DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}" >/dev/null
-fi
+# shellcheck source=lib/packages.sh
+source "$root/scripts/lib/packages.sh"
+ensure_packages qt6-base-dev qt6-base-dev-tools qt6-translations-l10n g++-mingw-w64-x86-64-posix cmake ninja-build xz-utils ca-certificates || exit 1
 
 debian_version=$(dpkg-query -W -f='${Version}' qt6-base-dev)   # e.g. 6.4.2+dfsg-10
 qt_version=${debian_version%%+*}

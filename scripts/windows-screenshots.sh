@@ -10,16 +10,11 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
-for tool in xwd:x11-apps xwdtopnm:netpbm xdotool:xdotool; do
-  command -v "${tool%%:*}" >/dev/null || DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${tool##*:}" >/dev/null
-done
+source scripts/lib/packages.sh
+ensure_packages x11-apps netpbm xdotool cups cups-bsd printer-driver-cups-pdf || exit 1
 
 # A printer for the print dialog: Wine offers the printers of CUPS, and
 # cups-pdf is one that needs no paper.
-for package in cups cups-bsd printer-driver-cups-pdf; do
-  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' \
-    || DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "$package" >/dev/null
-done
 pgrep -x cupsd >/dev/null || { /usr/sbin/cupsd && sleep 2; }
 lpstat -p PDF >/dev/null 2>&1 || lpadmin -p PDF -E -v cups-pdf:/ -m lsb/usr/cups-pdf/CUPS-PDF_opt.ppd 2>/dev/null
 
