@@ -28,7 +28,11 @@ FlowOutcome backUpIntoFolder(
         ui.message(MessageIcon::Stop, "Nelze vytvořit složku záloh " + platform::utf8FromPath(folder));
         return FlowOutcome::Failed;
     }
-    const std::filesystem::path file = folder / link::backupFileName(localNow(), stationName);
+    // The station's name is UTF-8; on Windows a narrow name would be taken in
+    // the ANSI code page and its Czech letters garbled. Shown with the
+    // system's separators throughout.
+    const std::filesystem::path file
+        = (folder / platform::pathFromUtf8(link::backupFileName(localNow(), stationName))).make_preferred();
     if (const FlowOutcome saved = link::backupStation(io, eepromSize, file); saved != FlowOutcome::Done)
         return saved;
     ui.message(

@@ -9,6 +9,7 @@
 #include "bench_rig.h"
 #include "editing/check_listing.h"
 #include "flow/messages.h"
+#include "platform/utf8_path.h"
 #include "settings/image_encoder.h"
 #include "support/test_data.h"
 
@@ -200,6 +201,32 @@ TEST(Workbench, WriteTakesItsGatesInOrderAndBacksUpOnlyAWriteThatGoesAhead)
             std::filesystem::remove_all(folder);
         }
     }
+}
+
+// The backup's file name carries the station's name, Czech letters and all,
+// on Windows too, and the message names that very file.
+TEST(Workbench, BackupFileKeepsTheStationsCzechName)
+{
+    const auto folder = std::filesystem::temp_directory_path() / "rm8-workbench-czech-backup";
+    std::filesystem::remove_all(folder);
+    sim::StationProfile profile;
+    profile.memorySizeCode = 6;
+    BenchRig rig(profile);
+    rig.bench.activate("COM 1");
+    StationSettings settings;
+    settings.tabJmenoStanice = "Čerpací stanice Žďár";
+    rig.bench.startFrom(settings);
+
+    ASSERT_EQ(rig.bench.write(false, folder), FlowOutcome::Done);
+
+    ASSERT_TRUE(std::filesystem::is_directory(folder));
+    const auto entry = *std::filesystem::directory_iterator(folder);
+    EXPECT_TRUE(platform::utf8FromPath(entry.path().filename()).ends_with(" Čerpací stanice Žďár.eep"))
+        << platform::utf8FromPath(entry.path().filename());
+    EXPECT_TRUE(std::ranges::any_of(rig.ui.messages, [&](const auto& message) {
+        return message.text.ends_with(platform::utf8FromPath(entry.path()));
+    }));
+    std::filesystem::remove_all(folder);
 }
 
 TEST(Workbench, SavedAndLoadedSettingsCountAsKept)
