@@ -13,6 +13,15 @@
 #include "shell/report_printer.h"
 #include "support/recording_interaction.h"
 
+// pdftotext, which reads the PDFs back, is a Linux program: not inside Wine.
+#ifdef Q_OS_WIN
+#define SKIP_WITHOUT_PDFTOTEXT() QSKIP("pdftotext is a Linux program: not inside Wine")
+#else
+#define SKIP_WITHOUT_PDFTOTEXT() \
+    do {                         \
+    } while (false)
+#endif
+
 namespace {
 
 // The non-empty lines of each page, blanks simplified.
@@ -72,9 +81,7 @@ private slots:
 
 void TestReportPrinter::copiesAreDocumentsOfTheirOwnFromPageOne()
 {
-#ifdef Q_OS_WIN
-    QSKIP("pdftotext, which reads the PDF back, is a Linux program: not inside Wine");
-#endif
+    SKIP_WITHOUT_PDFTOTEXT();
     const QTemporaryDir dir;
     rm8::test::RecordingInteraction ui;
     QVERIFY(printCopies(dir, 3, ui));
@@ -97,9 +104,7 @@ void TestReportPrinter::copiesAreDocumentsOfTheirOwnFromPageOne()
 
 void TestReportPrinter::stornoHidesTheProgressAndPrintingGoesOn()
 {
-#ifdef Q_OS_WIN
-    QSKIP("pdftotext, which reads the PDF back, is a Linux program: not inside Wine");
-#endif
+    SKIP_WITHOUT_PDFTOTEXT();
     const QTemporaryDir dir;
     rm8::test::RecordingInteraction ui;
     ui.stornoAfterTurns = 2; // pressed while page 1 of the first copy prints
@@ -154,9 +159,7 @@ void TestReportPrinter::theDialogsCopiesOrNothingWhenCancelled()
 
 void TestReportPrinter::previewShowsThePagesOfThePdf()
 {
-#ifdef Q_OS_WIN
-    QSKIP("pdftotext, which reads the PDF back, is a Linux program: not inside Wine");
-#endif
+    SKIP_WITHOUT_PDFTOTEXT();
     const QTemporaryDir dir;
     const QString pdf = dir.filePath(QStringLiteral("report.pdf"));
     QVERIFY(rm8::shell::writeReportPdf(pdf, sampleReport()));
@@ -194,9 +197,7 @@ void TestReportPrinter::printPdfHasEveryLineInOrder_data()
 
 void TestReportPrinter::printPdfHasEveryLineInOrder()
 {
-#ifdef Q_OS_WIN
-    QSKIP("pdftotext, which reads the PDF back, is a Linux program: not inside Wine");
-#endif
+    SKIP_WITHOUT_PDFTOTEXT();
 #ifndef RM8CONFIG_PATH
     QSKIP("rm8config is not built");
 #else
